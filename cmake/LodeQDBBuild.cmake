@@ -1,0 +1,42 @@
+# Build settings shared by every target of our own.
+
+if(LODEQDB_SANITIZE)
+    add_compile_options(-fsanitize=address,undefined -fno-omit-frame-pointer
+                        -fno-sanitize-recover=undefined)
+    add_link_options(-fsanitize=address,undefined)
+endif()
+
+# Strict warnings for code we write; third-party headers come in as system headers.
+function(lodeqdb_warnings target)
+    target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Werror)
+endfunction()
+
+# A shared library of ours: strict warnings, versioned, position independent, and its
+# headers reachable from the source tree's root as "folder/Header.h".
+function(lodeqdb_configure_library target)
+    lodeqdb_warnings(${target})
+    set_target_properties(${target} PROPERTIES
+        VERSION ${PROJECT_VERSION}
+        SOVERSION ${PROJECT_VERSION_MAJOR}
+        POSITION_INDEPENDENT_CODE ON)
+endfunction()
+
+# Adds the headers of one source folder to a library's installed header set.
+# Paths stay relative to the source root, so "lodeutil/Path.h" is included the same way
+# inside the tree and from an installed package.
+function(lodeqdb_public_headers target)
+    target_sources(${target} PUBLIC FILE_SET HEADERS BASE_DIRS "${PROJECT_SOURCE_DIR}"
+                   FILES ${ARGN})
+endfunction()
+
+# Adds the sources and public headers of one folder (flat, no subfolders) to a target.
+function(lodeqdb_add_folder target folder)
+    file(GLOB folder_sources CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/${folder}/*.cpp")
+    file(GLOB folder_headers CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/${folder}/*.h")
+    if(folder_sources)
+        target_sources(${target} PRIVATE ${folder_sources})
+    endif()
+    if(folder_headers)
+        lodeqdb_public_headers(${target} ${folder_headers})
+    endif()
+endfunction()

@@ -1,0 +1,16 @@
+#!/usr/bin/env bash
+# Builds LodeQDB from scratch and runs every test: the optimised build (the installed
+# package and its client included), then the whole suite under AddressSanitizer and
+# UndefinedBehaviorSanitizer.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+./scripts/install-deps.sh
+
+for preset in release asan; do
+    echo "=== ${preset}: configure, build, test"
+    rm -rf "build/${preset}"
+    cmake --preset "${preset}" >/dev/null
+    cmake --build --preset "${preset}"
+    ctest --preset "${preset}"
+done

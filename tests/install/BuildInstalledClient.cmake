@@ -1,0 +1,23 @@
+# cmake -DBUILD_DIR=... -DCLIENT_SOURCE=... -DWORK_DIR=... -DCXX_COMPILER=... -P this
+function(run)
+    execute_process(COMMAND ${ARGN} RESULT_VARIABLE result OUTPUT_VARIABLE out ERROR_VARIABLE err)
+    if(NOT result EQUAL 0)
+        message(FATAL_ERROR "failed (${result}): ${ARGN}\n${out}\n${err}")
+    endif()
+    set(last_output "${out}" PARENT_SCOPE)
+endfunction()
+
+file(REMOVE_RECURSE "${WORK_DIR}")
+set(prefix "${WORK_DIR}/prefix")
+run(${CMAKE_COMMAND} --install "${BUILD_DIR}" --prefix "${prefix}")
+run(${CMAKE_COMMAND} -S "${CLIENT_SOURCE}" -B "${WORK_DIR}/client" -G Ninja
+    -DCMAKE_CXX_COMPILER=${CXX_COMPILER} -DCMAKE_PREFIX_PATH=${prefix})
+run(${CMAKE_COMMAND} --build "${WORK_DIR}/client")
+run("${WORK_DIR}/client/lodeqdb_client")
+message("${last_output}")
+foreach(expected "could not be read" "konnte nicht gelesen werden" "/tmp/drawing.plw")
+    string(FIND "${last_output}" "${expected}" position)
+    if(position EQUAL -1)
+        message(FATAL_ERROR "the client's output lacks \"${expected}\"")
+    endif()
+endforeach()

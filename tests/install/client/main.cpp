@@ -1,0 +1,32 @@
+// A client of the installed LodeQDB package: it turns a failure status into the library's
+// exception and prints the message in English and, in a second process, in German.
+#include <LodeQDB.h>
+
+#include <cstdlib>
+#include <iostream>
+#include <string>
+
+namespace {
+
+int PrintReadError(const char16_t* locale) {
+    auto* linker = PwRxDynamicLinker::cast(pwrxSysRegistry()->at(u"DynamicLinker"));
+    if (linker == nullptr) return 1;
+    linker->setProductLocale(PwLocale::fromTag(locale));
+    try {
+        LodeQDBUtil::ThrowLodeExceptionOnFile(Plotwright::StatusInvalidInput, u"/tmp/drawing.plw");
+    } catch (const lode::ReadError& error) {
+        std::cout << LodeUtil::Utf8FromUtf16(error.message()) << '\n';
+        return error.code() == 101 ? 0 : 1;
+    }
+    return 1;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    // Texts keep the language of their first load, so each language gets its own process.
+    if (argc > 1) return PrintReadError(std::string(argv[1]) == "de" ? u"de-DE" : u"en-US");
+    const std::string self = argv[0];
+    if (std::system((self + " en").c_str()) != 0) return 1;
+    return std::system((self + " de").c_str()) == 0 ? 0 : 1;
+}

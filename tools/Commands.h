@@ -1,0 +1,12 @@
+// The subcommands of the lodeqdb client; each registers itself on the application.
+#pragma once
+
+#include <CLI/CLI.hpp>
+
+namespace lodeqdb::cli {
+
+/// `lodeqdb message NUMBER [ARGUMENT] [--locale TAG] [--json]`: one message text of the
+/// library, formatted with its argument, in the chosen or the environment's locale.
+void AddMessageCommand(CLI::App& app);
+
+}  // namespace lodeqdb::cli
