@@ -2,6 +2,8 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <thread>
+#include <vector>
 
 #include "platform/LodeExceptions.h"
 #include "platform/MessageTexts.h"
@@ -86,6 +88,26 @@ TEST(MessageLocale, FollowsProcessEnvironment) {
     } else {
         EXPECT_TRUE(Contains(text, u"could not be read"));
     }
+}
+
+}  // namespace
+
+namespace {
+
+TEST(MessageLocale, ThreadsLoadingTheFirstTextAtOnceAgree) {
+    ChooseProductLocale(u"de-DE");
+    constexpr int kThreads = 8;
+    std::vector<wstring> titles(kThreads);
+    std::vector<std::thread> threads;
+    for (int i = 0; i < kThreads; ++i) {
+        threads.emplace_back([&titles, i] {
+            titles[static_cast<size_t>(i)] =
+                LodeQDBUtil::LoadMessageText(LodeQDBUtil::RevisionTableTitleText);
+        });
+    }
+    for (std::thread& thread : threads) thread.join();
+    for (const wstring& title : titles) EXPECT_EQ(title, u"ÄNDERUNGEN");
+    EXPECT_NE(LodeQDBUtil::ResourceModule::Instance().Held(), nullptr);
 }
 
 }  // namespace
