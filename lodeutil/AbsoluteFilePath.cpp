@@ -1,0 +1,166 @@
+// Lexical normalisation of paths, and comparison that folds case for Windows form through ICU.
+#include "lodeutil/AbsoluteFilePath.h"
+
+#include <unicode/uchar.h>
+#include <unicode/ustring.h>
+
+#include <climits>
+#include <cstddef>
+#include <optional>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "lodeutil/FileSystem.h"
+#include "lodeutil/Path.h"
+
+namespace LodeUtil {
+namespace {
+
+using Path::IsSeparator;
+using Path::RootKind;
+
+/// The non-empty components of `text`, in order.
+std::vector<std::u16string_view> Components(std::u16string_view text) {
+    std::vector<std::u16string_view> components;
+    std::size_t start = 0;
+    for (std::size_t i = 0; i <= text.size(); ++i) {
+        if (i < text.size() && !IsSeparator(text[i])) continue;
+        if (i > start) components.push_back(text.substr(start, i - start));
+        start = i + 1;
+    }
+    return components;
+}
+
+/// `root` (which ends in a separator) followed by `components` from `first` on, with `.`
+/// and `..` evaluated; a `..` with nothing before it is dropped.
+wstring Join(wstring root, const std::vector<std::u16string_view>& components, std::size_t first,
+             char16_t separator) {
+    std::vector<std::u16string_view> kept;
+    for (std::size_t i = first; i < components.size(); ++i) {
+        if (components[i] == u".") continue;
+        if (components[i] != u"..") {
+            kept.push_back(components[i]);
+        } else if (!kept.empty()) {
+            kept.pop_back();
+        }
+    }
+    for (std::size_t i = 0; i < kept.size(); ++i) {
+        if (i != 0) root += separator;
+        root += kept[i];
+    }
+    return root;
+}
+
+bool IsUncWord(std::u16string_view text) {
+    if (text.size() < 3) return false;
+    return (text[0] | 0x20) == u'u' && (text[1] | 0x20) == u'n' && (text[2] | 0x20) == u'c';
+}
+
+/// `\\?\C:\a` as `C:\a` and `\\?\UNC\srv\share` as `\\srv\share`: the same places, written in
+/// the form that normalises and compares like every other drive or UNC path.
+wstring WithoutDevicePrefix(const wstring& path) {
+    const std::u16string_view after = std::u16string_view(path).substr(4);
+    if (Path::ParseRoot(after).kind == RootKind::Drive) return wstring(after);
+    if (after.size() > 4 && IsUncWord(after) && IsSeparator(after[3])) {
+        return u"\\\\" + wstring(after.substr(4));
+    }
+    return path;
+}
+
+struct Normalised {
+    wstring fullPath;
+    bool windowsForm = false;
+};
+
+/// A root made of a prefix and the first `literal` components (server and share, or a device
+/// name), which `..` cannot remove; the rest is evaluated below it.
+Normalised NormaliseNetwork(std::u16string_view prefix, std::u16string_view rest,
+                            std::size_t literal) {
+    const std::vector<std::u16string_view> components = Components(rest);
+    wstring root(prefix);
+    std::size_t used = 0;
+    for (; used < literal && used < components.size(); ++used) {
+        root += components[used];
+        root += u'\\';
+    }
+    return {Join(root, components, used, u'\\'), true};
+}
+
+Normalised NormaliseRelative(std::u16string_view path) {
+    std::optional<wstring> directory = detail::CurrentDirectory();
+    // Without a usable current directory the path is still made absolute, against `/`, so
+    // that FullPath keeps its promise.
+    if (!directory || directory->empty() || (*directory)[0] != u'/') directory = u"/";
+    wstring joined = *directory + u'/';
+    joined += path;
+    return {Join(u"/", Components(joined), 0, u'/'), false};
+}
+
+Normalised Normalise(const wstring& input) {
+    if (input.empty()) return {};
+    wstring path = input;
+    Path::RootInfo root = Path::ParseRoot(path);
+    if (root.kind == RootKind::Device) {
+        path = WithoutDevicePrefix(path);
+        root = Path::ParseRoot(path);
+    }
+    const std::u16string_view view(path);
+    switch (root.kind) {
+        case RootKind::None:
+            return NormaliseRelative(view);
+        case RootKind::Separator:
+            if (view[0] == u'/') return {Join(u"/", Components(view), 0, u'/'), false};
+            return {Join(u"\\", Components(view), 0, u'\\'), true};
+        case RootKind::Drive: {
+            wstring drive(view.substr(0, 2));
+            drive += u'\\';
+            return {Join(drive, Components(view.substr(2)), 0, u'\\'), true};
+        }
+        case RootKind::Unc:
+            return NormaliseNetwork(u"\\\\", view.substr(2), 2);
+        case RootKind::Device: {
+            const wstring prefix = {u'\\', u'\\', view[2], u'\\'};
+            return NormaliseNetwork(prefix, view.substr(4), 1);
+        }
+    }
+    return {};
+}
+
+/// `text` after ICU's default full case folding (`ß` becomes `ss`); `text` itself when ICU
+/// cannot fold it.
+wstring FoldCase(const wstring& text) {
+    if (text.empty() || text.size() > static_cast<std::size_t>(INT32_MAX / 4)) return text;
+    const auto* source = reinterpret_cast<const UChar*>(text.data());
+    const auto length = static_cast<int32_t>(text.size());
+    UErrorCode error = U_ZERO_ERROR;
+    const int32_t needed = u_strFoldCase(nullptr, 0, source, length, U_FOLD_CASE_DEFAULT, &error);
+    if (error != U_BUFFER_OVERFLOW_ERROR || needed <= 0) return text;
+    wstring folded(static_cast<std::size_t>(needed), u'\0');
+    error = U_ZERO_ERROR;
+    u_strFoldCase(reinterpret_cast<UChar*>(folded.data()), needed, source, length,
+                  U_FOLD_CASE_DEFAULT, &error);
+    return U_FAILURE(error) ? text : folded;
+}
+
+}  // namespace
+
+AbsoluteFilePath::AbsoluteFilePath(const wstring& path) {
+    Normalised normalised = Normalise(path);
+    fullPath_ = std::move(normalised.fullPath);
+    windowsForm_ = normalised.windowsForm;
+}
+
+AbsoluteFilePath::~AbsoluteFilePath() = default;
+
+bool AbsoluteFilePath::operator==(const wstring& other) const {
+    return *this == AbsoluteFilePath(other);
+}
+
+bool AbsoluteFilePath::operator==(const AbsoluteFilePath& other) const {
+    if (windowsForm_ != other.windowsForm_) return false;
+    if (!windowsForm_) return fullPath_ == other.fullPath_;
+    return fullPath_ == other.fullPath_ || FoldCase(fullPath_) == FoldCase(other.fullPath_);
+}
+
+}  // namespace LodeUtil
