@@ -17,8 +17,8 @@ class PwTestCircle : public PwTestShape {
 
 }  // namespace
 
-PWRX_DEFINE_MEMBERS(PwTestShape, PwRxObject, u"PwTestShape")
-PWRX_DEFINE_MEMBERS(PwTestCircle, PwTestShape, u"PwTestCircle")
+PWRX_DEFINE_MEMBERS(PwTestShape, PwRxObject, u"PwTestShape");
+PWRX_DEFINE_MEMBERS(PwTestCircle, PwTestShape, u"PwTestCircle");
 
 namespace {
 
@@ -101,6 +101,24 @@ TEST(PwRxDynamicLinker, HostSetsTheProductLocale) {
 TEST(PwRxDynamicLinker, DefaultsToTheProcessLocale) {
     PwRxDynamicLinker fresh;
     EXPECT_EQ(fresh.productLocale(), PwLocale());
+}
+
+}  // namespace
+
+// Defined in this file but never used by name anywhere: registration must not wait for a
+// first use.
+class PwTestUntouched : public PwRxObject {
+    PWRX_DECLARE_MEMBERS(PwTestUntouched);
+};
+
+PWRX_DEFINE_MEMBERS(PwTestUntouched, PwRxObject, u"PwTestUntouched");
+
+namespace {
+
+TEST(PwRxClass, ClassesAreRegisteredWhenTheirModuleLoads) {
+    PwRxClass* found = pwrxFindClass(u"PwTestUntouched");
+    ASSERT_NE(found, nullptr);
+    EXPECT_EQ(found->myParent(), PwRxObject::desc());
 }
 
 }  // namespace

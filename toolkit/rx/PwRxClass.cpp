@@ -1,7 +1,7 @@
 // Class records: a name and a parent, and the derivation test over the parent chain.
 #include "toolkit/rx/PwRxClass.h"
 
-PWRX_DEFINE_MEMBERS(PwRxClass, PwRxObject, u"PwRxClass")
+PWRX_DEFINE_MEMBERS(PwRxClass, PwRxObject, u"PwRxClass");
 
 PwRxClass::PwRxClass(const char16_t* name, PwRxClass* parent)
     : m_name(name ? name : u""), m_parent(parent) {}

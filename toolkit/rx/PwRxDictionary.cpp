@@ -4,7 +4,7 @@
 #include "toolkit/rx/PwRxClass.h"
 #include "toolkit/rx/PwRxDynamicLinker.h"
 
-PWRX_DEFINE_MEMBERS(PwRxDictionary, PwRxObject, u"PwRxDictionary")
+PWRX_DEFINE_MEMBERS(PwRxDictionary, PwRxObject, u"PwRxDictionary");
 
 PwRxDictionary::~PwRxDictionary() = default;
 

@@ -3,7 +3,7 @@
 
 #include "toolkit/rx/PwRxClass.h"
 
-PWRX_DEFINE_MEMBERS(PwRxDynamicLinker, PwRxObject, u"PwRxDynamicLinker")
+PWRX_DEFINE_MEMBERS(PwRxDynamicLinker, PwRxObject, u"PwRxDynamicLinker");
 
 namespace {
 // The environment is read when the locale is first asked for, not when the registry is

@@ -4,7 +4,7 @@
 //   class PwMyThing : public PwRxObject {
 //       PWRX_DECLARE_MEMBERS(PwMyThing);
 //   };
-//   PWRX_DEFINE_MEMBERS(PwMyThing, PwRxObject, u"PwMyThing")   // in one source file
+//   PWRX_DEFINE_MEMBERS(PwMyThing, PwRxObject, u"PwMyThing");  // in one source file
 //
 //   if (PwMyThing* thing = PwMyThing::cast(object)) { ... }
 #pragma once
@@ -48,13 +48,19 @@ private:                                                                        
     static_assert(true, "PWRX_DECLARE_MEMBERS is followed by a semicolon")
 
 /// Defines the members of PWRX_DECLARE_MEMBERS: the class record named `NAME` (wide text)
-/// with parent class `PARENT`, registered in the class dictionary when first asked for.
+/// with parent class `PARENT`. The record is registered in the class dictionary when the
+/// module that defines the class is loaded, so that it can be found by name (a drawing
+/// names the classes of its objects) before any object of it exists.
 #define PWRX_DEFINE_MEMBERS(CLASS, PARENT, NAME)                                      \
     PwRxClass* CLASS::desc() {                                                        \
         static PwRxClass* const record = pwrxRegisterClass(NAME, PARENT::desc());     \
         return record;                                                                \
     }                                                                                 \
-    PwRxClass* CLASS::runtimeClass() const { return CLASS::desc(); }
+    PwRxClass* CLASS::runtimeClass() const { return CLASS::desc(); }                  \
+    namespace {                                                                       \
+    [[maybe_unused]] PwRxClass* const kRegistered##CLASS = CLASS::desc();             \
+    }                                                                                 \
+    static_assert(true, "PWRX_DEFINE_MEMBERS may be followed by a semicolon")
 
 /// Makes and registers the class record `name` with parent `parent`, or gives the one
 /// already registered under that name. The record lives until the process ends.
