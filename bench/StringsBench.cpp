@@ -9,8 +9,8 @@ void BM_OrderCodeUnit(benchmark::State& state) {
     const wstring a = u"Revision table column DESCRIPTION 10";
     const wstring b = u"Revision table column DESCRIPTION 9";
     for (auto _ : state) {
-        benchmark::DoNotOptimize(LodeUtil::Order(a, b, LodeUtil::StringOrder::CodeUnit,
-                                                 LodeUtil::StringCase::Respect));
+        benchmark::DoNotOptimize(
+            LodeUtil::Order(a, b, LodeUtil::StringOrder::CodeUnit, LodeUtil::StringCase::Respect));
     }
 }
 BENCHMARK(BM_OrderCodeUnit);
@@ -19,8 +19,8 @@ void BM_OrderNaturalIgnoringCase(benchmark::State& state) {
     const wstring a = u"Revision table column DESCRIPTION 10";
     const wstring b = u"revision table column description 9";
     for (auto _ : state) {
-        benchmark::DoNotOptimize(LodeUtil::Order(a, b, LodeUtil::StringOrder::Natural,
-                                                 LodeUtil::StringCase::Ignore));
+        benchmark::DoNotOptimize(
+            LodeUtil::Order(a, b, LodeUtil::StringOrder::Natural, LodeUtil::StringCase::Ignore));
     }
 }
 BENCHMARK(BM_OrderNaturalIgnoringCase);

@@ -1,9 +1,6 @@
 // Lexical normalisation of paths, and comparison that folds case for Windows form through ICU.
 #include "lodeutil/AbsoluteFilePath.h"
 
-#include <unicode/uchar.h>
-#include <unicode/ustring.h>
-
 #include <climits>
 #include <cstddef>
 #include <optional>
@@ -13,6 +10,7 @@
 
 #include "lodeutil/FileSystem.h"
 #include "lodeutil/Path.h"
+#include "lodeutil/Strings.h"
 
 namespace LodeUtil {
 namespace {
@@ -127,22 +125,6 @@ Normalised Normalise(const wstring& input) {
     return {};
 }
 
-/// `text` after ICU's default full case folding (`ß` becomes `ss`); `text` itself when ICU
-/// cannot fold it.
-wstring FoldCase(const wstring& text) {
-    if (text.empty() || text.size() > static_cast<std::size_t>(INT32_MAX / 4)) return text;
-    const auto* source = reinterpret_cast<const UChar*>(text.data());
-    const auto length = static_cast<int32_t>(text.size());
-    UErrorCode error = U_ZERO_ERROR;
-    const int32_t needed = u_strFoldCase(nullptr, 0, source, length, U_FOLD_CASE_DEFAULT, &error);
-    if (error != U_BUFFER_OVERFLOW_ERROR || needed <= 0) return text;
-    wstring folded(static_cast<std::size_t>(needed), u'\0');
-    error = U_ZERO_ERROR;
-    u_strFoldCase(reinterpret_cast<UChar*>(folded.data()), needed, source, length,
-                  U_FOLD_CASE_DEFAULT, &error);
-    return U_FAILURE(error) ? text : folded;
-}
-
 }  // namespace
 
 AbsoluteFilePath::AbsoluteFilePath(const wstring& path) {
@@ -160,7 +142,8 @@ bool AbsoluteFilePath::operator==(const wstring& other) const {
 bool AbsoluteFilePath::operator==(const AbsoluteFilePath& other) const {
     if (windowsForm_ != other.windowsForm_) return false;
     if (!windowsForm_) return fullPath_ == other.fullPath_;
-    return fullPath_ == other.fullPath_ || FoldCase(fullPath_) == FoldCase(other.fullPath_);
+    return fullPath_ == other.fullPath_ ||
+           LodeUtil::FoldCase(fullPath_) == LodeUtil::FoldCase(other.fullPath_);
 }
 
 }  // namespace LodeUtil

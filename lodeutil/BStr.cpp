@@ -33,8 +33,12 @@ BStr& BStr::operator=(BStr other) noexcept {
     return *this;
 }
 
-BStr::~BStr() { std::free(m_block); }
+BStr::~BStr() {
+    std::free(m_block);
+}
 
-BStr ToBstr(const wstring& text) { return BStr(text); }
+BStr ToBstr(const wstring& text) {
+    return BStr(text);
+}
 
 }  // namespace LodeUtil

@@ -17,7 +17,7 @@
 namespace LodeUtil {
 
 class BStr {
-public:
+  public:
     BStr() = default;
     /// A copy of `count` units at `text`; a null `text` or a count of 0 makes an empty BStr.
     BStr(const char16_t* text, size_t count);
@@ -35,7 +35,7 @@ public:
     bool empty() const { return m_block == nullptr; }
     wstring toWString() const { return wstring(c_str() ? c_str() : u"", length()); }
 
-private:
+  private:
     // The text follows the block header directly.
     struct Block {
         size_t length;

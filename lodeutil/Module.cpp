@@ -31,7 +31,9 @@ ModuleHandle Load(const wstring& path) {
     return dlopen(native->c_str(), RTLD_NOW | RTLD_LOCAL);
 }
 
-bool Free(ModuleHandle module) { return module != nullptr && dlclose(module) == 0; }
+bool Free(ModuleHandle module) {
+    return module != nullptr && dlclose(module) == 0;
+}
 
 void* Symbol(ModuleHandle module, const char* name) {
     if (module == nullptr || name == nullptr) return nullptr;

@@ -2,8 +2,8 @@
 // that uses them.
 //
 //   wstring name = LodeUtil::GetResDLLName(libraryModule, false);   // .../lib/LodeQDBRes.qrs
-//   wstring path = LodeUtil::AddLocaleFolderToResDLLPath(name, 1031); // .../lib/de-DE/LodeQDBRes.qrs
-//   LodeUtil::ModuleHandle texts = LodeUtil::Module::Load(path);
+//   wstring path = LodeUtil::AddLocaleFolderToResDLLPath(name, 1031); //
+//   .../lib/de-DE/LodeQDBRes.qrs LodeUtil::ModuleHandle texts = LodeUtil::Module::Load(path);
 //   wstring format = LodeUtil::LoadStrW(texts, 101);
 //
 // A resource module is a loadable module that exports

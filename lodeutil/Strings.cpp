@@ -6,14 +6,17 @@
 #include <unicode/utf16.h>
 
 #include <climits>
-#include <stdexcept>
 
 namespace LodeUtil {
 namespace {
 
-bool IsAsciiDigit(char16_t unit) { return unit >= u'0' && unit <= u'9'; }
+bool IsAsciiDigit(char16_t unit) {
+    return unit >= u'0' && unit <= u'9';
+}
 
-int Sign(long value) { return value < 0 ? -1 : (value > 0 ? 1 : 0); }
+int Sign(long value) {
+    return value < 0 ? -1 : (value > 0 ? 1 : 0);
+}
 
 int CompareCodeUnits(const wstring& a, const wstring& b) {
     // std::u16string compares char16_t, which is unsigned: exactly code-unit order.
@@ -21,8 +24,8 @@ int CompareCodeUnits(const wstring& a, const wstring& b) {
 }
 
 // Compares two digit runs by value without converting them (they can be any length).
-int CompareDigitRuns(const wstring& a, size_t aBegin, size_t aEnd, const wstring& b,
-                     size_t bBegin, size_t bEnd) {
+int CompareDigitRuns(const wstring& a, size_t aBegin, size_t aEnd, const wstring& b, size_t bBegin,
+                     size_t bEnd) {
     size_t aSignificant = aBegin;
     while (aSignificant + 1 < aEnd && a[aSignificant] == u'0') ++aSignificant;
     size_t bSignificant = bBegin;
@@ -68,24 +71,26 @@ int CompareNatural(const wstring& a, const wstring& b) {
 
 }  // namespace
 
-wstring MakeWideString(const char16_t* text) { return wstring(text); }
+wstring MakeWideString(const char16_t* text) {
+    return wstring(text);
+}
 
-wstring MakeWideString(const wstring& text) { return text; }
+wstring MakeWideString(const wstring& text) {
+    return text;
+}
 
 wstring FoldCase(const wstring& text) {
-    if (text.empty()) return {};
-    if (text.size() > static_cast<size_t>(INT32_MAX / 3)) throw std::length_error("text too long");
+    if (text.empty() || text.size() > static_cast<size_t>(INT32_MAX / 4)) return text;
     const auto* source = reinterpret_cast<const UChar*>(text.data());
     const auto length = static_cast<int32_t>(text.size());
-    // Full folding can grow a text (one unit becomes up to three).
-    wstring folded(text.size() * 3, u'\0');
     UErrorCode error = U_ZERO_ERROR;
-    const int32_t written =
-        u_strFoldCase(reinterpret_cast<UChar*>(folded.data()), static_cast<int32_t>(folded.size()),
-                      source, length, U_FOLD_CASE_DEFAULT, &error);
-    if (U_FAILURE(error)) throw std::runtime_error("case folding failed");
-    folded.resize(static_cast<size_t>(written));
-    return folded;
+    const int32_t needed = u_strFoldCase(nullptr, 0, source, length, U_FOLD_CASE_DEFAULT, &error);
+    if (error != U_BUFFER_OVERFLOW_ERROR || needed <= 0) return text;
+    wstring folded(static_cast<size_t>(needed), u'\0');
+    error = U_ZERO_ERROR;
+    u_strFoldCase(reinterpret_cast<UChar*>(folded.data()), needed, source, length,
+                  U_FOLD_CASE_DEFAULT, &error);
+    return U_FAILURE(error) ? text : folded;
 }
 
 int Order(const wstring& a, const wstring& b, StringOrder::Enum order, StringCase::Enum sense) {
@@ -102,8 +107,7 @@ void Replace(wstring& text, const wstring& from, const wstring& to) {
     if (from.empty()) return;
     wstring result;
     size_t start = 0;
-    for (size_t found = text.find(from); found != wstring::npos;
-         found = text.find(from, start)) {
+    for (size_t found = text.find(from); found != wstring::npos; found = text.find(from, start)) {
         result.append(text, start, found - start);
         result.append(to);
         start = found + from.size();

@@ -44,7 +44,8 @@ int Order(const wstring& a, const wstring& b, StringOrder::Enum order, StringCas
 /// what was put in. An empty `from` changes nothing.
 void Replace(wstring& text, const wstring& from, const wstring& to);
 
-/// Full Unicode case folding of `text` (for case-insensitive keys and comparisons).
+/// Full Unicode case folding of `text` (for case-insensitive keys and comparisons);
+/// `text` itself in the rare case ICU can't fold it.
 wstring FoldCase(const wstring& text);
 
 namespace PathUtil {

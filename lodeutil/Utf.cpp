@@ -27,8 +27,8 @@ std::string Utf8FromUtf16(std::u16string_view text) {
     int32_t written = 0;
     UErrorCode error = U_ZERO_ERROR;
     u_strToUTF8WithSub(out.data(), static_cast<int32_t>(out.size()), &written,
-                       reinterpret_cast<const UChar*>(text.data()), length, kReplacement,
-                       nullptr, &error);
+                       reinterpret_cast<const UChar*>(text.data()), length, kReplacement, nullptr,
+                       &error);
     if (U_FAILURE(error)) throw std::runtime_error("UTF-16 to UTF-8 conversion failed");
     out.resize(static_cast<size_t>(written));
     return out;

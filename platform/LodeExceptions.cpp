@@ -16,7 +16,9 @@ LodeException::LodeException(const int32_t& code) : m_code(code) {}
 
 LodeException::~LodeException() = default;
 
-const char* LodeException::what() const noexcept { return kUnknownException; }
+const char* LodeException::what() const noexcept {
+    return kUnknownException;
+}
 
 PlotwrightException::PlotwrightException(const Plotwright::ErrorStatus& status)
     : LodeException(PlotwrightErrorCode), m_status(status) {}
@@ -28,8 +30,7 @@ FileError::FileError(const int32_t& code, const int32_t& textNumber, const wstri
     setMessage(std::move(message));
 }
 
-ReadError::ReadError(const wstring& argument)
-    : FileError(ReadErrorCode, ReadErrorCode, argument) {}
+ReadError::ReadError(const wstring& argument) : FileError(ReadErrorCode, ReadErrorCode, argument) {}
 
 NotFound::NotFound(const wstring& argument) : FileError(NotFoundCode, NotFoundCode, argument) {}
 
@@ -49,4 +50,6 @@ InkstoneError::InkstoneError() : LodeException(InkstoneErrorCode) {}
 
 }  // namespace lode
 
-const char* TypeNotFoundException::what() const noexcept { return kUnknownException; }
+const char* TypeNotFoundException::what() const noexcept {
+    return kUnknownException;
+}

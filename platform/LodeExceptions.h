@@ -49,7 +49,7 @@ enum ErrorCode : int32_t {
 /// The root of the library's exceptions: a code and, for file errors, a message.
 /// Copyable; thrown by value and caught by reference.
 class LodeException : public std::exception {
-public:
+  public:
     explicit LodeException(const int32_t& code);
     LodeException(const LodeException&) = default;
     LodeException& operator=(const LodeException&) = default;
@@ -61,76 +61,76 @@ public:
     int32_t code() const { return m_code; }
     const wstring& message() const { return m_message; }
 
-protected:
+  protected:
     void setMessage(wstring message) { m_message = std::move(message); }
 
-private:
+  private:
     int32_t m_code;
     wstring m_message;
 };
 
 /// A toolkit status that the caller could not handle; code 301.
 class PlotwrightException : public LodeException {
-public:
+  public:
     explicit PlotwrightException(const Plotwright::ErrorStatus& status);
     Plotwright::ErrorStatus status() const { return m_status; }
 
-private:
+  private:
     Plotwright::ErrorStatus m_status;
 };
 
 /// A failure concerning a file. Its message is the text `textNumber` of the product's
 /// locale with `argument` (as a rule the file's path) in place of %1.
 class FileError : public LodeException {
-public:
+  public:
     FileError(const int32_t& code, const int32_t& textNumber, const wstring& argument);
 };
 
 /// The file could not be read; code 101.
 class ReadError : public FileError {
-public:
+  public:
     explicit ReadError(const wstring& argument);
 };
 
 /// The file (or, for a DGN file, the model) does not exist; code 102.
 class NotFound : public FileError {
-public:
+  public:
     explicit NotFound(const wstring& argument);
 };
 
 /// The file is not in a format that can be read; code 103.
 class InvalidFormat : public FileError {
-public:
+  public:
     explicit InvalidFormat(const wstring& argument);
 };
 
 /// The file is protected and could not be opened; code 104.
 class SecurityError : public FileError {
-public:
+  public:
     explicit SecurityError(const wstring& argument);
 };
 
 /// A drawing file without application information; code 201.
 class NoAppInfo : public LodeException {
-public:
+  public:
     NoAppInfo();
 };
 
 /// Application information without an owner entry; code 202.
 class NoOwnerInfo : public LodeException {
-public:
+  public:
     NoOwnerInfo();
 };
 
 /// Application information without a creator name; code 203.
 class NoPlwCreatorName : public LodeException {
-public:
+  public:
     NoPlwCreatorName();
 };
 
 /// The DGN reader module could not be bound. Its code is 0 although it reports a failure.
 class InkstoneError : public LodeException {
-public:
+  public:
     InkstoneError();
 };
 
@@ -139,7 +139,7 @@ public:
 /// Raised and caught inside the library when a file's creator kind can't be told; it never
 /// reaches a caller. Outside the lode tree on purpose.
 class TypeNotFoundException : public std::exception {
-public:
+  public:
     /// Always "Unknown exception", like the lode tree.
     const char* what() const noexcept override;
 };

@@ -22,7 +22,9 @@ int ProductLocaleId() {
 
 }  // namespace
 
-LodeUtil::ModuleHandle LibraryModule() { return kLibraryModule; }
+LodeUtil::ModuleHandle LibraryModule() {
+    return kLibraryModule;
+}
 
 ResourceModule& ResourceModule::Instance() {
     static ResourceModule holder;
@@ -46,7 +48,9 @@ LodeUtil::ModuleHandle ResourceModule::Get() {
     return loaded;
 }
 
-LodeUtil::ModuleHandle ResourceModule::Held() const { return m_module.load(); }
+LodeUtil::ModuleHandle ResourceModule::Held() const {
+    return m_module.load();
+}
 
 wstring LoadMessageText(int number) {
     if (number < 0) return {};

@@ -29,7 +29,7 @@ LodeUtil::ModuleHandle LibraryModule();
 /// Holds the resource module. Created once, thread-safely, on first use; releases the
 /// module when the library is unloaded.
 class ResourceModule {
-public:
+  public:
     static ResourceModule& Instance();
 
     /// The held module, loading it first when none is held. Null when the load failed; the
@@ -44,7 +44,7 @@ public:
     ResourceModule(const ResourceModule&) = delete;
     ResourceModule& operator=(const ResourceModule&) = delete;
 
-private:
+  private:
     ResourceModule() = default;
     ~ResourceModule();
 

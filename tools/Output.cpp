@@ -4,8 +4,8 @@
 #include <iostream>
 #include <typeinfo>
 
-#include "platform/LodeExceptions.h"
 #include "lodeutil/Utf.h"
+#include "platform/LodeExceptions.h"
 #include "toolkit/pal/PwLocale.h"
 #include "toolkit/rx/PwRxDictionary.h"
 #include "toolkit/rx/PwRxDynamicLinker.h"
@@ -29,7 +29,9 @@ std::string ExceptionClassName(const lode::LodeException& error) {
 
 }  // namespace
 
-std::string Narrow(const wstring& text) { return LodeUtil::Utf8FromUtf16(text); }
+std::string Narrow(const wstring& text) {
+    return LodeUtil::Utf8FromUtf16(text);
+}
 
 int RunReportingErrors(const std::function<int()>& command) {
     try {
@@ -38,8 +40,7 @@ int RunReportingErrors(const std::function<int()>& command) {
         std::cerr << "lodeqdb: PlotwrightException (code " << error.code() << ", status "
                   << static_cast<int>(error.status()) << ")\n";
     } catch (const lode::LodeException& error) {
-        std::cerr << "lodeqdb: " << ExceptionClassName(error) << " (code " << error.code()
-                  << ")";
+        std::cerr << "lodeqdb: " << ExceptionClassName(error) << " (code " << error.code() << ")";
         if (!error.message().empty()) std::cerr << ": " << Narrow(error.message());
         std::cerr << '\n';
     } catch (const std::exception& error) {

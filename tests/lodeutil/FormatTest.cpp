@@ -31,8 +31,8 @@ TEST(FormatMsg1, DoublePercentGivesOne) {
 
 TEST(FormatMsg, NumbersPickArguments) {
     wstring out;
-    LodeUtil::FormatMsg(out, u"%2 of %1 (%9)", {u"10", u"3", u"c", u"d", u"e", u"f", u"g",
-                                                  u"h", u"i"});
+    LodeUtil::FormatMsg(out, u"%2 of %1 (%9)",
+                        {u"10", u"3", u"c", u"d", u"e", u"f", u"g", u"h", u"i"});
     EXPECT_EQ(out, u"3 of 10 (i)");
 }
 

@@ -36,7 +36,7 @@ TEST(LocaleId, LikelyTagOfTheLanguage) {
 }
 
 class ProcessLocale : public testing::Test {
-protected:
+  protected:
     void SetUp() override {
         for (const char* name : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
             const char* value = std::getenv(name);
@@ -46,7 +46,10 @@ protected:
     }
     void TearDown() override {
         for (const auto& [name, value] : saved_) {
-            if (value) setenv(name, value->c_str(), 1); else unsetenv(name);
+            if (value)
+                setenv(name, value->c_str(), 1);
+            else
+                unsetenv(name);
         }
     }
     std::vector<std::pair<const char*, std::optional<std::string>>> saved_;

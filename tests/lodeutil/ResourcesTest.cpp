@@ -13,14 +13,14 @@ namespace {
 const wstring kLibDir = LodeUtil::Utf16FromUtf8(LODEQDB_TEST_LIB_DIR);
 
 class LoadedModule {
-public:
+  public:
     explicit LoadedModule(const wstring& path) : m_handle(LodeUtil::Module::Load(path)) {}
     ~LoadedModule() {
         if (m_handle) LodeUtil::Module::Free(m_handle);
     }
     LodeUtil::ModuleHandle get() const { return m_handle; }
 
-private:
+  private:
     LodeUtil::ModuleHandle m_handle;
 };
 

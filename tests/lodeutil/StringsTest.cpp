@@ -9,7 +9,9 @@ using LodeUtil::Order;
 namespace StringCase = LodeUtil::StringCase;
 namespace StringOrder = LodeUtil::StringOrder;
 
-int Sign(int value) { return value < 0 ? -1 : (value > 0 ? 1 : 0); }
+int Sign(int value) {
+    return value < 0 ? -1 : (value > 0 ? 1 : 0);
+}
 
 TEST(MakeWideString, CopiesPointerAndString) {
     const char16_t text[] = u"Plan A";

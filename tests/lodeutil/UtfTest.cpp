@@ -19,7 +19,9 @@ TEST(Utf, EmptyStaysEmpty) {
 TEST(Utf, LoneSurrogatesBecomeReplacementCharacters) {
     const wstring broken = wstring(u"a") + u'\xD800' + u"b" + u'\xDC00';
     EXPECT_FALSE(LodeUtil::IsWellFormedUtf16(broken));
-    EXPECT_EQ(LodeUtil::Utf8FromUtf16(broken), "a\xEF\xBF\xBD" "b\xEF\xBF\xBD");
+    EXPECT_EQ(LodeUtil::Utf8FromUtf16(broken),
+              "a\xEF\xBF\xBD"
+              "b\xEF\xBF\xBD");
 }
 
 TEST(Utf, SurrogatePairIsWellFormedButReversedIsNot) {
@@ -29,7 +31,9 @@ TEST(Utf, SurrogatePairIsWellFormedButReversedIsNot) {
 }
 
 TEST(Utf, InvalidUtf8BecomesReplacementCharacters) {
-    EXPECT_EQ(LodeUtil::Utf16FromUtf8("a\xFF" "b"), u"a\uFFFDb");
+    EXPECT_EQ(LodeUtil::Utf16FromUtf8("a\xFF"
+                                      "b"),
+              u"a\uFFFDb");
     EXPECT_EQ(LodeUtil::Utf16FromUtf8("\xC3"), u"\uFFFD");
     EXPECT_EQ(LodeUtil::Utf16FromUtf8("\xED\xA0\x80"), u"\uFFFD\uFFFD\uFFFD");
 }

@@ -20,6 +20,8 @@ TEST(PwLocale, UnknownTagIsInvalid) {
     EXPECT_FALSE(PwLocale(0).isValid());
 }
 
-TEST(PwLocale, DefaultIsAValidLocale) { EXPECT_TRUE(PwLocale().isValid()); }
+TEST(PwLocale, DefaultIsAValidLocale) {
+    EXPECT_TRUE(PwLocale().isValid());
+}
 
 }  // namespace

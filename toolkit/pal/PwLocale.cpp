@@ -5,6 +5,10 @@
 
 PwLocale::PwLocale() : m_id(LodeUtil::ProcessLocaleId()) {}
 
-PwLocale PwLocale::fromTag(const wstring& tag) { return PwLocale(LodeUtil::LocaleIdFromTag(tag)); }
+PwLocale PwLocale::fromTag(const wstring& tag) {
+    return PwLocale(LodeUtil::LocaleIdFromTag(tag));
+}
 
-wstring PwLocale::tag() const { return LodeUtil::LocaleTagFromId(m_id); }
+wstring PwLocale::tag() const {
+    return LodeUtil::LocaleTagFromId(m_id);
+}

@@ -8,7 +8,7 @@
 #include "lodeutil/WideString.h"
 
 class PwLocale {
-public:
+  public:
     /// The locale of the process's environment (see LodeUtil::ProcessLocaleId).
     PwLocale();
     /// The locale with numeric id `id`; an unknown id makes an invalid locale.
@@ -26,6 +26,6 @@ public:
 
     bool operator==(const PwLocale& other) const { return m_id == other.m_id; }
 
-private:
+  private:
     int m_id;
 };

@@ -8,7 +8,9 @@ PwRxClass::PwRxClass(const char16_t* name, PwRxClass* parent)
 
 PwRxClass::~PwRxClass() = default;
 
-bool PwRxClass::isDerivedFrom(const PwRxClass* base) const { return isDerivedFrom(this, base); }
+bool PwRxClass::isDerivedFrom(const PwRxClass* base) const {
+    return isDerivedFrom(this, base);
+}
 
 bool PwRxClass::isDerivedFrom(const PwRxClass* cls, const PwRxClass* base) {
     if (base == nullptr) return false;

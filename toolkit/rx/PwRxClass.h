@@ -9,7 +9,7 @@
 class PwRxClass : public PwRxObject {
     PWRX_DECLARE_MEMBERS(PwRxClass);
 
-public:
+  public:
     PwRxClass(const char16_t* name, PwRxClass* parent);
     ~PwRxClass() override;
 
@@ -23,7 +23,7 @@ public:
     /// True when `cls` is `base` or derives from it; false when either is null.
     static bool isDerivedFrom(const PwRxClass* cls, const PwRxClass* base);
 
-private:
+  private:
     wstring m_name;
     PwRxClass* m_parent;
 };

@@ -69,6 +69,10 @@ SystemRegistry& systemRegistry() {
 
 }  // namespace
 
-PwRxDictionary* pwrxSysRegistry() { return &systemRegistry().registry; }
+PwRxDictionary* pwrxSysRegistry() {
+    return &systemRegistry().registry;
+}
 
-PwRxDictionary* pwrxClassDictionary() { return &systemRegistry().classes; }
+PwRxDictionary* pwrxClassDictionary() {
+    return &systemRegistry().classes;
+}

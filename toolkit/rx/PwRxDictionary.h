@@ -14,7 +14,7 @@
 class PwRxDictionary : public PwRxObject {
     PWRX_DECLARE_MEMBERS(PwRxDictionary);
 
-public:
+  public:
     PwRxDictionary() = default;
     ~PwRxDictionary() override;
 
@@ -29,7 +29,7 @@ public:
     bool has(const char16_t* key) const { return at(key) != nullptr; }
     size_t numEntries() const;
 
-private:
+  private:
     mutable std::mutex m_mutex;
     std::map<wstring, PwRxObject*> m_entries;
 };

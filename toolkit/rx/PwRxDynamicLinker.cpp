@@ -21,4 +21,6 @@ PwLocale PwRxDynamicLinker::productLocale() const {
     return PwLocale(id);
 }
 
-void PwRxDynamicLinker::setProductLocale(const PwLocale& locale) { m_productLocale = locale.id(); }
+void PwRxDynamicLinker::setProductLocale(const PwLocale& locale) {
+    m_productLocale = locale.id();
+}

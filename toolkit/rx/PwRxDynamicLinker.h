@@ -14,7 +14,7 @@
 class PwRxDynamicLinker : public PwRxObject {
     PWRX_DECLARE_MEMBERS(PwRxDynamicLinker);
 
-public:
+  public:
     PwRxDynamicLinker();
     ~PwRxDynamicLinker() override;
 
@@ -24,6 +24,6 @@ public:
     /// Makes `locale` the product's locale. Texts already loaded keep their language.
     void setProductLocale(const PwLocale& locale);
 
-private:
+  private:
     std::atomic<int> m_productLocale;
 };

@@ -45,7 +45,9 @@ PwRxClass* PwRxObject::desc() {
     return record;
 }
 
-PwRxClass* PwRxObject::runtimeClass() const { return PwRxObject::desc(); }
+PwRxClass* PwRxObject::runtimeClass() const {
+    return PwRxObject::desc();
+}
 
 bool PwRxObject::isKindOf(const PwRxClass* cls) const {
     return PwRxClass::isDerivedFrom(runtimeClass(), cls);

@@ -14,7 +14,7 @@ class PwRxClass;
 /// Every object with run-time class information. The deleting destructor is the first
 /// virtual operation and runtimeClass() the second; nothing may come between them.
 class PwRxObject {
-public:
+  public:
     virtual ~PwRxObject();
     /// The class record of the object's most derived class.
     virtual PwRxClass* runtimeClass() const;
@@ -27,39 +27,41 @@ public:
     /// True when the object's class is `cls` or derives from it.
     bool isKindOf(const PwRxClass* cls) const;
 
-protected:
+  protected:
     PwRxObject() = default;
     PwRxObject(const PwRxObject&) = default;
     PwRxObject& operator=(const PwRxObject&) = default;
 };
 
 /// Declares desc(), runtimeClass() and cast() inside a class derived from PwRxObject.
-#define PWRX_DECLARE_MEMBERS(CLASS)                                                   \
-public:                                                                               \
-    static PwRxClass* desc();                                                         \
-    PwRxClass* runtimeClass() const override;                                         \
-    static CLASS* cast(const PwRxObject* object) {                                    \
-        return object != nullptr && object->isKindOf(CLASS::desc())                    \
-                   ? static_cast<CLASS*>(const_cast<PwRxObject*>(object))              \
-                   : nullptr;                                                         \
-    }                                                                                 \
-                                                                                      \
-private:                                                                              \
+#define PWRX_DECLARE_MEMBERS(CLASS)                                       \
+  public:                                                                 \
+    static PwRxClass* desc();                                             \
+    PwRxClass* runtimeClass() const override;                             \
+    static CLASS* cast(const PwRxObject* object) {                        \
+        return object != nullptr && object->isKindOf(CLASS::desc())       \
+                   ? static_cast<CLASS*>(const_cast<PwRxObject*>(object)) \
+                   : nullptr;                                             \
+    }                                                                     \
+                                                                          \
+  private:                                                                \
     static_assert(true, "PWRX_DECLARE_MEMBERS is followed by a semicolon")
 
 /// Defines the members of PWRX_DECLARE_MEMBERS: the class record named `NAME` (wide text)
 /// with parent class `PARENT`. The record is registered in the class dictionary when the
 /// module that defines the class is loaded, so that it can be found by name (a drawing
 /// names the classes of its objects) before any object of it exists.
-#define PWRX_DEFINE_MEMBERS(CLASS, PARENT, NAME)                                      \
-    PwRxClass* CLASS::desc() {                                                        \
-        static PwRxClass* const record = pwrxRegisterClass(NAME, PARENT::desc());     \
-        return record;                                                                \
-    }                                                                                 \
-    PwRxClass* CLASS::runtimeClass() const { return CLASS::desc(); }                  \
-    namespace {                                                                       \
-    [[maybe_unused]] PwRxClass* const kRegistered##CLASS = CLASS::desc();             \
-    }                                                                                 \
+#define PWRX_DEFINE_MEMBERS(CLASS, PARENT, NAME)                                  \
+    PwRxClass* CLASS::desc() {                                                    \
+        static PwRxClass* const record = pwrxRegisterClass(NAME, PARENT::desc()); \
+        return record;                                                            \
+    }                                                                             \
+    PwRxClass* CLASS::runtimeClass() const {                                      \
+        return CLASS::desc();                                                     \
+    }                                                                             \
+    namespace {                                                                   \
+    [[maybe_unused]] PwRxClass* const kRegistered##CLASS = CLASS::desc();         \
+    }                                                                             \
     static_assert(true, "PWRX_DEFINE_MEMBERS may be followed by a semicolon")
 
 /// Makes and registers the class record `name` with parent `parent`, or gives the one
