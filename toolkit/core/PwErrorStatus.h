@@ -22,6 +22,47 @@ enum ErrorStatus : int32_t {
     StatusNullDatabase = 15,
     /// A null object id.
     StatusNullObjectId = 16,
+
+    // Objects, their opening and their containers.
+    /// The operation needs the object open for read (or write), and it isn't.
+    StatusNotOpenForRead = 20,
+    /// The operation needs the object open for write, and it isn't.
+    StatusNotOpenForWrite = 21,
+    /// Refused: the object is open for read by another holder (a write open, or an upgrade
+    /// while other readers hold it).
+    StatusWasOpenForRead = 22,
+    /// Refused: the object is open for write.
+    StatusWasOpenForWrite = 23,
+    /// The object is erased and erased objects were not asked for.
+    StatusWasErased = 24,
+    /// The object is not of the class asked for.
+    StatusNotThatKindOfClass = 25,
+    /// No entry has that name or key.
+    StatusKeyNotFound = 26,
+    /// An entry of that name or key exists already.
+    StatusDuplicateKey = 27,
+    /// The name or key is not allowed (empty, or holding a character names may not hold).
+    StatusInvalidKey = 28,
+    /// The object is not in a database.
+    StatusNotInDatabase = 29,
+    /// The object is in a database already.
+    StatusAlreadyInDatabase = 30,
+    /// The id or object belongs to another database.
+    StatusWrongDatabase = 31,
+    /// The iterator stands at its end.
+    StatusIteratorDone = 32,
+    /// The operation does not apply to this object.
+    StatusNotApplicable = 33,
+    /// The data a filer holds doesn't match what is read from it (or has run out).
+    StatusFilerError = 35,
+    /// No transaction is in progress.
+    StatusNoActiveTransaction = 36,
+    /// No module of that name could be loaded.
+    StatusModuleNotFound = 37,
+    /// No module has registered that service, or it lacks that function.
+    StatusServiceNotFound = 38,
+    /// The object id does not name a live object (its database is gone or never held it).
+    StatusInvalidObjectId = 39,
     /// The file does not exist.
     StatusFileNotFound = 76,
     /// The file is not in a format the toolkit can read.

@@ -3,8 +3,8 @@
 
 PWRX_DEFINE_MEMBERS(PwRxClass, PwRxObject, u"PwRxClass");
 
-PwRxClass::PwRxClass(const char16_t* name, PwRxClass* parent)
-    : m_name(name ? name : u""), m_parent(parent) {}
+PwRxClass::PwRxClass(const char16_t* name, PwRxClass* parent, PwRxConstructor constructor)
+    : m_name(name ? name : u""), m_parent(parent), m_constructor(constructor) {}
 
 PwRxClass::~PwRxClass() = default;
 

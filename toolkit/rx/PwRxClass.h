@@ -10,13 +10,17 @@ class PwRxClass : public PwRxObject {
     PWRX_DECLARE_MEMBERS(PwRxClass);
 
   public:
-    PwRxClass(const char16_t* name, PwRxClass* parent);
+    PwRxClass(const char16_t* name, PwRxClass* parent, PwRxConstructor constructor = nullptr);
     ~PwRxClass() override;
 
     /// The class's name as registered; never null.
     const char16_t* name() const { return m_name.c_str(); }
     /// The parent class; null for the root.
     PwRxClass* myParent() const { return m_parent; }
+
+    /// A new object of this class, owned by the caller; null for a class that can't be made
+    /// by name.
+    PwRxObject* create() const { return m_constructor ? m_constructor() : nullptr; }
 
     /// True when this class is `base` or derives from it; false for a null `base`.
     bool isDerivedFrom(const PwRxClass* base) const;
@@ -26,6 +30,7 @@ class PwRxClass : public PwRxObject {
   private:
     wstring m_name;
     PwRxClass* m_parent;
+    PwRxConstructor m_constructor;
 };
 
 /// The class record registered under `name`, or null.

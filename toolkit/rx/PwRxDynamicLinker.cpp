@@ -1,7 +1,8 @@
-// The dynamic linker entry of the system registry: for now, the product's locale.
+// The dynamic linker entry of the system registry: the product's locale, and modules.
 #include "toolkit/rx/PwRxDynamicLinker.h"
 
 #include "toolkit/rx/PwRxClass.h"
+#include "toolkit/rx/PwRxModules.h"
 
 PWRX_DEFINE_MEMBERS(PwRxDynamicLinker, PwRxObject, u"PwRxDynamicLinker");
 
@@ -23,4 +24,20 @@ PwLocale PwRxDynamicLinker::productLocale() const {
 
 void PwRxDynamicLinker::setProductLocale(const PwLocale& locale) {
     m_productLocale = locale.id();
+}
+
+bool PwRxDynamicLinker::loadModule(const char16_t* moduleName, bool printIt, bool asCommand) {
+    return pwrxLoadModule(moduleName, printIt, asCommand);
+}
+
+bool PwRxDynamicLinker::unloadModule(const char16_t* moduleName) {
+    return pwrxUnloadModule(moduleName);
+}
+
+void* PwRxDynamicLinker::getSymbolAddress(const char16_t* serviceName, const char* symbol) const {
+    return pwrxServiceSymbol(serviceName, symbol);
+}
+
+LodeUtil::ModuleHandle PwRxDynamicLinker::moduleHandle(const char16_t* moduleName) const {
+    return pwrxModuleHandle(moduleName);
 }

@@ -24,11 +24,11 @@ ClassRecords& classRecords() {
 
 }  // namespace
 
-PwRxClass* pwrxRegisterClass(const char16_t* name, PwRxClass* parent) {
+PwRxClass* pwrxRegisterClass(const char16_t* name, PwRxClass* parent, PwRxConstructor constructor) {
     ClassRecords& all = classRecords();
     std::lock_guard<std::mutex> lock(all.mutex);
     if (PwRxClass* existing = pwrxFindClass(name)) return existing;
-    all.records.push_back(std::make_unique<PwRxClass>(name, parent));
+    all.records.push_back(std::make_unique<PwRxClass>(name, parent, constructor));
     PwRxClass* record = all.records.back().get();
     pwrxClassDictionary()->atPut(name, record);
     return record;

@@ -48,22 +48,38 @@ class PwRxObject {
     static_assert(true, "PWRX_DECLARE_MEMBERS is followed by a semicolon")
 
 /// Defines the members of PWRX_DECLARE_MEMBERS: the class record named `NAME` (wide text)
-/// with parent class `PARENT`. The record is registered in the class dictionary when the
-/// module that defines the class is loaded, so that it can be found by name (a drawing
-/// names the classes of its objects) before any object of it exists.
-#define PWRX_DEFINE_MEMBERS(CLASS, PARENT, NAME)                                  \
-    PwRxClass* CLASS::desc() {                                                    \
-        static PwRxClass* const record = pwrxRegisterClass(NAME, PARENT::desc()); \
-        return record;                                                            \
-    }                                                                             \
-    PwRxClass* CLASS::runtimeClass() const {                                      \
-        return CLASS::desc();                                                     \
-    }                                                                             \
-    namespace {                                                                   \
-    [[maybe_unused]] PwRxClass* const kRegistered##CLASS = CLASS::desc();         \
-    }                                                                             \
-    static_assert(true, "PWRX_DEFINE_MEMBERS may be followed by a semicolon")
+/// with parent class `PARENT`, and `CONSTRUCTOR` (null, or a function making a new object of
+/// the class). The record is registered in the class dictionary when the module that
+/// defines the class is loaded, so that it can be found by name (a drawing names the
+/// classes of its objects) before any object of it exists.
+#define PWRX_DEFINE_MEMBERS_WITH_CONSTRUCTOR(CLASS, PARENT, NAME, CONSTRUCTOR)                 \
+    PwRxClass* CLASS::desc() {                                                                 \
+        static PwRxClass* const record = pwrxRegisterClass(NAME, PARENT::desc(), CONSTRUCTOR); \
+        return record;                                                                         \
+    }                                                                                          \
+    PwRxClass* CLASS::runtimeClass() const {                                                   \
+        return CLASS::desc();                                                                  \
+    }                                                                                          \
+    namespace {                                                                                \
+    [[maybe_unused]] PwRxClass* const kRegistered##CLASS = CLASS::desc();                      \
+    }                                                                                          \
+    static_assert(true, "followed by a semicolon")
 
-/// Makes and registers the class record `name` with parent `parent`, or gives the one
-/// already registered under that name. The record lives until the process ends.
-PwRxClass* pwrxRegisterClass(const char16_t* name, PwRxClass* parent);
+/// A class whose objects are made only by code that knows it (abstract classes, singletons).
+#define PWRX_DEFINE_MEMBERS(CLASS, PARENT, NAME) \
+    PWRX_DEFINE_MEMBERS_WITH_CONSTRUCTOR(CLASS, PARENT, NAME, nullptr)
+
+/// A class whose objects can be made by name (PwRxClass::create), as readers of stored
+/// drawings do; it needs a public default constructor.
+#define PWRX_DEFINE_DYNAMIC_MEMBERS(CLASS, PARENT, NAME)      \
+    PWRX_DEFINE_MEMBERS_WITH_CONSTRUCTOR(CLASS, PARENT, NAME, \
+                                         []() -> PwRxObject* { return new CLASS(); })
+
+/// Makes a new object of a class; see PwRxClass::create.
+using PwRxConstructor = PwRxObject* (*)();
+
+/// Makes and registers the class record `name` with parent `parent` and `constructor` (may be
+/// null), or gives the one already registered under that name. The record lives until the
+/// process ends.
+PwRxClass* pwrxRegisterClass(const char16_t* name, PwRxClass* parent,
+                             PwRxConstructor constructor = nullptr);

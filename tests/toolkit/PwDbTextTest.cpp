@@ -1,0 +1,259 @@
+// Text entities: placement, size, angle and text, their checks, the persistent form and the
+// open protocol.
+#include "toolkit/db/PwDbText.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+#include <memory>
+#include <utility>
+
+#include "toolkit/core/PwString.h"
+#include "toolkit/db/PwDbBlockTable.h"
+#include "toolkit/db/PwDbDatabase.h"
+#include "toolkit/db/PwDbMemoryFiler.h"
+#include "toolkit/pal/PwHeapFaults.h"
+#include "toolkit/rx/PwRxClass.h"
+
+namespace {
+
+using Plotwright::StatusFilerError;
+using Plotwright::StatusInvalidInput;
+using Plotwright::StatusNotOpenForWrite;
+using Plotwright::StatusOk;
+
+constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
+constexpr double kInf = std::numeric_limits<double>::infinity();
+
+// Longer than a PwString holds inside itself, so that copying it takes a heap block.
+constexpr const char16_t* kLongText = u"Erdgeschoss Grundriss, Achsen A bis F, Maßstab 1:100";
+
+// Adds `entity` to the model space and closes it; on failure the entity is deleted and the
+// id is null.
+PwDbObjectId appendToModelSpace(PwDbDatabase& database, PwDbEntity* entity) {
+    PwDbObjectId id;
+    PwDbBlockTableRecord* space = nullptr;
+    if (pwdbOpenObject(space, database.modelSpaceId(), PwDb::OpenForWrite) != StatusOk) {
+        delete entity;
+        return id;
+    }
+    if (space->appendPwDbEntity(id, entity) == StatusOk) {
+        entity->close();
+    } else {
+        delete entity;
+        id = PwDbObjectId();
+    }
+    space->close();
+    return id;
+}
+
+void copyLeadingItems(const PwDbMemoryFiler& source, size_t count, PwDbMemoryFiler& target) {
+    for (size_t i = 0; i < count && i < source.items().size(); ++i) {
+        target.append(source.items()[i]);
+    }
+}
+
+void copyReplacing(const PwDbMemoryFiler& source, size_t index, PwDbMemoryFiler::Item item,
+                   PwDbMemoryFiler& target) {
+    for (size_t i = 0; i < source.items().size(); ++i) {
+        target.append(i == index ? item : source.items()[i]);
+    }
+}
+
+std::unique_ptr<PwDbText> makeText(double offset, const char16_t* text = u"Section A-A") {
+    auto entity = std::make_unique<PwDbText>();
+    EXPECT_EQ(entity->setPosition(PwGePoint3d(100 + offset, 20, -offset)), StatusOk);
+    EXPECT_EQ(entity->setHeight(2.5 + offset), StatusOk);
+    EXPECT_EQ(entity->setRotation(0.75 - offset), StatusOk);
+    EXPECT_EQ(entity->setTextString(text), StatusOk);
+    return entity;
+}
+
+void expectSame(const PwDbText& actual, const PwDbText& expected) {
+    EXPECT_EQ(actual.ownerId(), expected.ownerId());
+    EXPECT_EQ(actual.layerId(), expected.layerId());
+    EXPECT_EQ(actual.colorIndex(), expected.colorIndex());
+    EXPECT_EQ(actual.position(), expected.position());
+    EXPECT_EQ(actual.height(), expected.height());
+    EXPECT_EQ(actual.rotation(), expected.rotation());
+    EXPECT_EQ(wstring(actual.textString()), wstring(expected.textString()));
+}
+
+class PwDbTextHeap : public testing::Test {
+  protected:
+    void TearDown() override { pwHeapFailReset(); }
+};
+
+TEST(PwDbText, StartsEmptyWithHeightOne) {
+    PwDbText text;
+    ASSERT_NE(text.textString(), nullptr);
+    EXPECT_EQ(wstring(text.textString()), u"");
+    EXPECT_EQ(text.position(), PwGePoint3d());
+    EXPECT_EQ(text.height(), 1.0);
+    EXPECT_EQ(text.rotation(), 0.0);
+}
+
+TEST(PwDbText, KeepsItsValues) {
+    PwDbText text;
+    EXPECT_EQ(text.setPosition(PwGePoint3d(1, 2, 3)), StatusOk);
+    EXPECT_EQ(text.setHeight(0.001), StatusOk);
+    EXPECT_EQ(text.setRotation(-9.5), StatusOk);
+    EXPECT_EQ(text.setTextString(u"Fläche 12 m²"), StatusOk);
+    EXPECT_EQ(text.position(), PwGePoint3d(1, 2, 3));
+    EXPECT_EQ(text.height(), 0.001);
+    EXPECT_EQ(text.rotation(), -9.5);
+    EXPECT_EQ(wstring(text.textString()), u"Fläche 12 m²");
+    EXPECT_EQ(text.setTextString(kLongText), StatusOk);
+    EXPECT_EQ(wstring(text.textString()), kLongText);
+    EXPECT_EQ(text.setTextString(u""), StatusOk);
+    EXPECT_EQ(wstring(text.textString()), u"");
+}
+
+TEST(PwDbText, CopyOutlivesLaterChanges) {
+    const auto text = makeText(0, kLongText);
+    PwString copy(u"previous");
+    ASSERT_EQ(text->textString(copy), StatusOk);
+    EXPECT_EQ(copy, kLongText);
+    ASSERT_EQ(text->setTextString(u"changed"), StatusOk);
+    EXPECT_EQ(copy, kLongText);
+    EXPECT_EQ(wstring(text->textString()), u"changed");
+}
+
+TEST(PwDbText, RefusesNullText) {
+    const auto text = makeText(0);
+    EXPECT_EQ(text->setTextString(nullptr), StatusInvalidInput);
+    EXPECT_EQ(wstring(text->textString()), u"Section A-A");
+}
+
+TEST(PwDbText, RefusesBadNumbers) {
+    const auto text = makeText(0);
+    for (double height : {0.0, -0.0, -1.0, kNaN, kInf, -kInf}) {
+        SCOPED_TRACE(height);
+        EXPECT_EQ(text->setHeight(height), StatusInvalidInput);
+    }
+    for (double bad : {kNaN, kInf, -kInf}) {
+        SCOPED_TRACE(bad);
+        EXPECT_EQ(text->setRotation(bad), StatusInvalidInput);
+        EXPECT_EQ(text->setPosition(PwGePoint3d(bad, 0, 0)), StatusInvalidInput);
+        EXPECT_EQ(text->setPosition(PwGePoint3d(0, 0, bad)), StatusInvalidInput);
+    }
+    expectSame(*text, *makeText(0));
+}
+
+TEST_F(PwDbTextHeap, TextStaysWhenItsCopyCannotBeMade) {
+    const auto text = makeText(0);
+    pwHeapFailAfter(0);
+    EXPECT_EQ(text->setTextString(kLongText), Plotwright::StatusOutOfMemory);
+    EXPECT_FALSE(pwHeapFailPending());
+    pwHeapFailReset();
+    EXPECT_EQ(wstring(text->textString()), u"Section A-A");
+
+    ASSERT_EQ(text->setTextString(kLongText), StatusOk);
+    PwString copy(u"kept");
+    pwHeapFailAfter(0);
+    EXPECT_EQ(text->textString(copy), Plotwright::StatusOutOfMemory);
+    pwHeapFailReset();
+    EXPECT_EQ(copy, u"kept");
+}
+
+TEST(PwDbText, ClosedTextRefusesChangesUntilOpenedForWrite) {
+    PwDbDatabase database;
+    const PwDbObjectId id = appendToModelSpace(database, makeText(0).release());
+    ASSERT_FALSE(id.isNull());
+    PwDbText* text = nullptr;
+    ASSERT_EQ(pwdbOpenObject(text, id, PwDb::OpenForRead), StatusOk);
+    EXPECT_EQ(text->setPosition(PwGePoint3d(5, 5, 5)), StatusNotOpenForWrite);
+    EXPECT_EQ(text->setHeight(9.0), StatusNotOpenForWrite);
+    EXPECT_EQ(text->setRotation(1.0), StatusNotOpenForWrite);
+    EXPECT_EQ(text->setTextString(u"other"), StatusNotOpenForWrite);
+    const auto twin = makeText(0);
+    EXPECT_EQ(text->position(), twin->position());
+    EXPECT_EQ(text->height(), twin->height());
+    EXPECT_EQ(text->rotation(), twin->rotation());
+    EXPECT_EQ(wstring(text->textString()), u"Section A-A");
+    EXPECT_EQ(text->upgradeOpen(), StatusOk);
+    EXPECT_EQ(text->setTextString(u"other"), StatusOk);
+    EXPECT_EQ(wstring(text->textString()), u"other");
+    EXPECT_EQ(text->close(), StatusOk);
+}
+
+TEST(PwDbText, RoundTripsThroughAFiler) {
+    PwDbDatabase database;
+    auto made = makeText(1, kLongText);
+    ASSERT_EQ(made->setColorIndex(7), StatusOk);
+    const PwDbObjectId id = appendToModelSpace(database, made.release());
+    PwDbText* text = nullptr;
+    ASSERT_EQ(pwdbOpenObject(text, id, PwDb::OpenForRead), StatusOk);
+
+    PwDbMemoryFiler filer(&database);
+    ASSERT_EQ(text->plwOutFields(&filer), StatusOk);
+    std::unique_ptr<PwDbText> read(static_cast<PwDbText*>(PwDbText::desc()->create()));
+    ASSERT_NE(read, nullptr);
+    ASSERT_EQ(read->plwInFields(&filer), StatusOk);
+    EXPECT_EQ(filer.remaining(), 0u);
+    expectSame(*read, *text);
+
+    std::unique_ptr<PwDbObject> copy(text->clone());
+    ASSERT_NE(copy, nullptr);
+    ASSERT_EQ(copy->runtimeClass(), PwDbText::desc());
+    expectSame(*static_cast<PwDbText*>(copy.get()), *text);
+    EXPECT_EQ(text->close(), StatusOk);
+}
+
+TEST(PwDbText, EmptyTextRoundTrips) {
+    const auto source = makeText(0, u"");
+    PwDbMemoryFiler filer;
+    ASSERT_EQ(source->plwOutFields(&filer), StatusOk);
+    const auto target = makeText(3, kLongText);
+    ASSERT_EQ(target->plwInFields(&filer), StatusOk);
+    expectSame(*target, *source);
+}
+
+TEST(PwDbText, ShortenedDataIsRefused) {
+    const auto source = makeText(0);
+    PwDbMemoryFiler full;
+    ASSERT_EQ(source->plwOutFields(&full), StatusOk);
+    for (size_t keep = 0; keep < full.items().size(); ++keep) {
+        SCOPED_TRACE(keep);
+        PwDbMemoryFiler shortened;
+        copyLeadingItems(full, keep, shortened);
+        const auto target = makeText(100, kLongText);
+        EXPECT_EQ(target->plwInFields(&shortened), StatusFilerError);
+        expectSame(*target, *makeText(100, kLongText));
+    }
+}
+
+TEST(PwDbText, StoredValuesAreCheckedLikeSetterValues) {
+    const auto source = makeText(0);
+    PwDbMemoryFiler full;
+    ASSERT_EQ(source->plwOutFields(&full), StatusOk);
+    const size_t count = full.items().size();
+    // From the end: text, rotation, height, position z.
+    const std::pair<size_t, PwDbMemoryFiler::Item> breaks[] = {
+        {count - 2, kNaN},      {count - 3, 0.0},  {count - 3, -4.0},
+        {count - 4, kInf},      {count - 1, 12.0},  // a number where the text belongs
+        {count - 3, int32_t{2}}};                   // an integer where the height belongs
+    for (const auto& [index, item] : breaks) {
+        SCOPED_TRACE(index);
+        PwDbMemoryFiler bad;
+        copyReplacing(full, index, item, bad);
+        const auto target = makeText(100);
+        EXPECT_EQ(target->plwInFields(&bad), StatusFilerError);
+        expectSame(*target, *makeText(100));
+    }
+}
+
+TEST(PwDbText, ClassDerivesFromTheEntityAndIsFoundByName) {
+    PwDbText text;
+    EXPECT_EQ(text.runtimeClass(), PwDbText::desc());
+    EXPECT_EQ(wstring(text.runtimeClass()->name()), u"PwDbText");
+    EXPECT_TRUE(text.isKindOf(PwDbEntity::desc()));
+    EXPECT_TRUE(text.isKindOf(PwDbObject::desc()));
+    EXPECT_EQ(PwDbText::desc()->myParent(), PwDbEntity::desc());
+    EXPECT_EQ(pwrxFindClass(u"PwDbText"), PwDbText::desc());
+    std::unique_ptr<PwRxObject> made(pwrxFindClass(u"PwDbText")->create());
+    ASSERT_NE(made, nullptr);
+    EXPECT_NE(PwDbText::cast(made.get()), nullptr);
+}
+
+}  // namespace

@@ -1,0 +1,224 @@
+// Block definitions: their entities, their layouts, the references that place them.
+#include "toolkit/db/PwDbBlockTable.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "toolkit/db/PwDbBlockReference.h"
+#include "toolkit/db/PwDbDatabase.h"
+#include "toolkit/db/PwDbEntity.h"
+#include "toolkit/db/PwDbPlwFiler.h"
+#include "toolkit/db/PwDbSymbolUtilities.h"
+
+PWRX_DEFINE_DYNAMIC_MEMBERS(PwDbBlockTableRecord, PwDbSymbolTableRecord, u"PwDbBlockTableRecord");
+PWRX_DEFINE_DYNAMIC_MEMBERS(PwDbBlockTable, PwDbSymbolTable, u"PwDbBlockTable");
+
+namespace {
+
+// The folded forms of the names of the drawing's own blocks.
+constexpr char16_t kModelSpaceFolded[] = u"*model_space";
+constexpr char16_t kPaperSpaceFolded[] = u"*paper_space";
+
+// See the same bound in PwDbSymbolTable.cpp: room made before the items are there.
+constexpr size_t kMaxReserve = 4096;
+
+}  // namespace
+
+// --- PwDbBlockTableRecordIterator ------------------------------------------------------------
+
+PwDbBlockTableRecordIterator::PwDbBlockTableRecordIterator(std::vector<PwDbObjectId> ids)
+    : m_cursor(std::move(ids)) {}
+
+PwDbBlockTableRecordIterator::~PwDbBlockTableRecordIterator() = default;
+
+void PwDbBlockTableRecordIterator::start(bool atBeginning, bool skipErased) {
+    m_cursor.start(atBeginning, skipErased);
+}
+
+bool PwDbBlockTableRecordIterator::done() const {
+    return m_cursor.done();
+}
+
+void PwDbBlockTableRecordIterator::step(bool forward, bool skipErased) {
+    m_cursor.step(forward, skipErased);
+}
+
+Plotwright::ErrorStatus PwDbBlockTableRecordIterator::getEntityId(PwDbObjectId& id) const {
+    id = m_cursor.current();
+    return id.isNull() ? Plotwright::StatusIteratorDone : Plotwright::StatusOk;
+}
+
+Plotwright::ErrorStatus PwDbBlockTableRecordIterator::getEntity(PwDbEntity*& entity,
+                                                                PwDb::OpenMode mode,
+                                                                bool openErased) const {
+    entity = nullptr;
+    if (m_cursor.done()) return Plotwright::StatusIteratorDone;
+    return pwdbOpenObject(entity, m_cursor.current(), mode, openErased);
+}
+
+Plotwright::ErrorStatus PwDbBlockTableRecordIterator::seek(PwDbObjectId id) {
+    if (id.isNull()) return Plotwright::StatusNullObjectId;
+    return m_cursor.seek(id) ? Plotwright::StatusOk : Plotwright::StatusKeyNotFound;
+}
+
+// --- PwDbBlockTableRecord --------------------------------------------------------------------
+
+PwDbBlockTableRecord::PwDbBlockTableRecord() = default;
+
+PwDbBlockTableRecord::~PwDbBlockTableRecord() = default;
+
+bool PwDbBlockTableRecord::acceptsName(const wstring& name) const {
+    return PwDbSymbolUtilities::isValidSymbolName(name, true);
+}
+
+Plotwright::ErrorStatus PwDbBlockTableRecord::checkAppendable(const PwDbEntity* entity) const {
+    if (entity == nullptr) return Plotwright::StatusNullDatabase;
+    if (!isWriteEnabled()) return Plotwright::StatusNotOpenForWrite;
+    if (database() == nullptr) return Plotwright::StatusNotInDatabase;
+    // An entity in no database may carry a stale owner (a copy does): it is no holder.
+    if (entity->database() == nullptr) return Plotwright::StatusOk;
+    if (entity->database() != database()) return Plotwright::StatusWrongDatabase;
+    if (!entity->ownerId().isNull()) return Plotwright::StatusAlreadyInDatabase;
+    if (!entity->isWriteEnabled()) return Plotwright::StatusNotOpenForWrite;
+    return Plotwright::StatusOk;
+}
+
+Plotwright::ErrorStatus PwDbBlockTableRecord::appendPwDbEntity(PwDbObjectId& id,
+                                                               PwDbEntity* entity) {
+    id = PwDbObjectId();
+    if (auto status = checkAppendable(entity)) return status;
+    PwDbDatabase* drawing = database();
+    if (entity->database() == nullptr) {
+        if (auto status = drawing->addPwDbObject(entity)) return status;
+    }
+    entity->setOwnerId(objectId());
+    // A layer of another drawing (a copied entity's) means nothing here.
+    const PwDbObjectId layer = entity->layerId();
+    if (layer.isNull() || layer.database() != drawing) entity->setLayer(drawing->clayer());
+    assertWriteEnabled();
+    m_entities.push_back(entity->objectId());
+    id = entity->objectId();
+    return Plotwright::StatusOk;
+}
+
+Plotwright::ErrorStatus PwDbBlockTableRecord::appendPwDbEntity(PwDbEntity* entity) {
+    PwDbObjectId ignored;
+    return appendPwDbEntity(ignored, entity);
+}
+
+Plotwright::ErrorStatus PwDbBlockTableRecord::newIterator(PwDbBlockTableRecordIterator*& iterator,
+                                                          bool atBeginning, bool skipErased) const {
+    iterator = new PwDbBlockTableRecordIterator(m_entities);
+    iterator->start(atBeginning, skipErased);
+    return Plotwright::StatusOk;
+}
+
+Plotwright::ErrorStatus PwDbBlockTableRecord::setLayoutId(PwDbObjectId layout) {
+    if (!isWriteEnabled()) return Plotwright::StatusNotOpenForWrite;
+    if (database() != nullptr && !layout.isNull() && layout.database() != database()) {
+        return Plotwright::StatusWrongDatabase;
+    }
+    assertWriteEnabled();
+    m_layout = layout;
+    return Plotwright::StatusOk;
+}
+
+bool PwDbBlockTableRecord::isModelSpace() const {
+    return foldedName() == kModelSpaceFolded;
+}
+
+bool PwDbBlockTableRecord::isPaperSpace() const {
+    const wstring& name = foldedName();
+    const wstring prefix(kPaperSpaceFolded);
+    if (name.compare(0, prefix.size(), prefix) != 0) return false;
+    return std::all_of(name.begin() + static_cast<std::ptrdiff_t>(prefix.size()), name.end(),
+                       [](char16_t unit) { return unit >= u'0' && unit <= u'9'; });
+}
+
+Plotwright::ErrorStatus PwDbBlockTableRecord::getBlockReferenceIds(PwArray<PwDbObjectId>& ids,
+                                                                   bool /*directOnly*/,
+                                                                   bool /*forceValidity*/) const {
+    ids.setLogicalLength(0);
+    const PwDbDatabase* drawing = database();
+    if (drawing == nullptr) return Plotwright::StatusNotInDatabase;
+    const PwDbObjectId self = objectId();
+    bool grew = true;
+    drawing->forEachStub([&](const PwDbStub& stub) {
+        const PwDbBlockReference* reference = PwDbBlockReference::cast(stub.object);
+        if (!grew || reference == nullptr || reference->isErased()) return;
+        if (reference->blockTableRecord() != self) return;
+        grew = ids.append(reference->objectId()) != PwArray<PwDbObjectId>::kNoIndex;
+    });
+    return grew ? Plotwright::StatusOk : Plotwright::StatusOutOfMemory;
+}
+
+Plotwright::ErrorStatus PwDbBlockTableRecord::plwInFields(PwDbPlwFiler* filer) {
+    if (auto status = PwDbSymbolTableRecord::plwInFields(filer)) return status;
+    int32_t count = 0;
+    if (auto status = filer->readInt32(count)) return status;
+    if (count < 0) return Plotwright::StatusFilerError;
+    std::vector<PwDbObjectId> entities;
+    entities.reserve(std::min(static_cast<size_t>(count), kMaxReserve));
+    for (int32_t i = 0; i < count; ++i) {
+        PwDbObjectId id;
+        if (auto status = filer->readObjectId(id)) return status;
+        if (!id.isNull()) entities.push_back(id);
+    }
+    PwDbObjectId layout;
+    if (auto status = filer->readObjectId(layout)) return status;
+    m_entities = std::move(entities);
+    m_layout = layout;
+    return Plotwright::StatusOk;
+}
+
+Plotwright::ErrorStatus PwDbBlockTableRecord::plwOutFields(PwDbPlwFiler* filer) const {
+    if (auto status = PwDbSymbolTableRecord::plwOutFields(filer)) return status;
+    if (auto status = filer->writeInt32(static_cast<int32_t>(m_entities.size()))) return status;
+    for (const PwDbObjectId id : m_entities) {
+        if (auto status = filer->writeObjectId(id)) return status;
+    }
+    return filer->writeObjectId(m_layout);
+}
+
+// --- PwDbBlockTableIterator and PwDbBlockTable -----------------------------------------------
+
+PwDbBlockTableIterator::PwDbBlockTableIterator(std::vector<PwDbObjectId> ids)
+    : PwDbSymbolTableIterator(std::move(ids)) {}
+
+PwDbBlockTableIterator::~PwDbBlockTableIterator() = default;
+
+Plotwright::ErrorStatus PwDbBlockTableIterator::getRecord(PwDbBlockTableRecord*& record,
+                                                          PwDb::OpenMode mode,
+                                                          bool openErased) const {
+    record = nullptr;
+    PwDbObjectId id;
+    if (auto status = getRecordId(id)) return status;
+    return pwdbOpenObject(record, id, mode, openErased);
+}
+
+PwDbBlockTable::PwDbBlockTable() = default;
+
+PwDbBlockTable::~PwDbBlockTable() = default;
+
+PwRxClass* PwDbBlockTable::recordClass() const {
+    return PwDbBlockTableRecord::desc();
+}
+
+Plotwright::ErrorStatus PwDbBlockTable::getAt(const char16_t* name, PwDbBlockTableRecord*& record,
+                                              PwDb::OpenMode mode, bool openErased) const {
+    record = nullptr;
+    PwDbObjectId id;
+    if (auto status = getIdAt(name, id, openErased)) return status;
+    return pwdbOpenObject(record, id, mode, openErased);
+}
+
+Plotwright::ErrorStatus PwDbBlockTable::newIterator(PwDbBlockTableIterator*& iterator,
+                                                    bool atBeginning, bool skipErased) const {
+    iterator = new PwDbBlockTableIterator(recordIds());
+    iterator->start(atBeginning, skipErased);
+    return Plotwright::StatusOk;
+}
+
+PwDbSymbolTableIterator* PwDbBlockTable::makeIterator(std::vector<PwDbObjectId> ids) const {
+    return new PwDbBlockTableIterator(std::move(ids));
+}

@@ -1,0 +1,122 @@
+// The database as an object store: handles, records, adding objects, destruction.
+#include "toolkit/db/PwDbDatabase.h"
+
+#include <unordered_set>
+
+#include "toolkit/db/PwDbEntity.h"
+#include "toolkit/db/PwDbHostApplicationServices.h"
+#include "toolkit/db/PwDbObject.h"
+#include "toolkit/db/PwDbTransactionManager.h"
+
+// Which layers entities use, worked out at most once per state of the drawing.
+struct PwDbDatabase::LayerUsage {
+    uint64_t changeCount = 0;
+    std::unordered_set<PwDbObjectId> used;
+};
+
+PwDbDatabase::PwDbDatabase(bool makeWorkingDatabase, bool noDocument)
+    : m_noDocument(noDocument), m_transactions(std::make_unique<PwDbTransactionManager>(this)) {
+    buildDefaultDrawing();
+    PwDbHostApplicationServices* services = pwdbHostApplicationServices();
+    if (makeWorkingDatabase && services != nullptr && services->workingDatabase() == nullptr) {
+        services->setWorkingDatabase(this);
+    }
+}
+
+PwDbDatabase::~PwDbDatabase() {
+    // Transactions still running end first: they hold objects about to be deleted.
+    m_transactions.reset();
+    PwDbHostApplicationServices* services = pwdbHostApplicationServices();
+    if (services != nullptr && services->workingDatabase() == this) {
+        services->setWorkingDatabase(nullptr);
+    }
+    for (PwDbStub& stub : m_stubs) {
+        delete stub.object;
+        stub.object = nullptr;
+    }
+}
+
+PwDbStub& PwDbDatabase::newStub(PwDbHandle handle) {
+    PwDbStub& stub = m_stubs.emplace_back();
+    stub.database = this;
+    stub.handle = handle;
+    m_byHandle.emplace(handle, &stub);
+    if (handle >= m_nextHandle) m_nextHandle = handle + 1;
+    return stub;
+}
+
+Plotwright::ErrorStatus PwDbDatabase::addPwDbObject(PwDbObjectId& id, PwDbObject* object) {
+    id = PwDbObjectId();
+    if (auto status = addPwDbObjectWithHandle(object, m_nextHandle)) return status;
+    id = object->objectId();
+    return Plotwright::StatusOk;
+}
+
+Plotwright::ErrorStatus PwDbDatabase::addPwDbObject(PwDbObject* object) {
+    PwDbObjectId ignored;
+    return addPwDbObject(ignored, object);
+}
+
+Plotwright::ErrorStatus PwDbDatabase::addPwDbObjectWithHandle(PwDbObject* object,
+                                                              PwDbHandle handle) {
+    if (object == nullptr) return Plotwright::StatusNullDatabase;
+    if (object->m_stub != nullptr) return Plotwright::StatusAlreadyInDatabase;
+    if (handle == 0) return Plotwright::StatusInvalidInput;
+    PwDbStub* stub = nullptr;
+    if (const auto found = m_byHandle.find(handle); found != m_byHandle.end()) {
+        stub = found->second;
+        if (stub->object != nullptr) return Plotwright::StatusDuplicateKey;
+    } else {
+        stub = &newStub(handle);
+    }
+    stub->object = object;
+    object->m_stub = stub;
+    object->m_writer = true;
+    object->m_readers = 0;
+    object->m_modified = false;
+    ++m_objectCount;
+    noteChange();
+    return Plotwright::StatusOk;
+}
+
+PwDbObjectId PwDbDatabase::getPwDbObjectId(PwDbHandle handle, bool createIfMissing) {
+    if (handle == 0) return PwDbObjectId();
+    if (const auto found = m_byHandle.find(handle); found != m_byHandle.end()) {
+        return PwDbObjectId(found->second);
+    }
+    return createIfMissing ? PwDbObjectId(&newStub(handle)) : PwDbObjectId();
+}
+
+Plotwright::ErrorStatus PwDbDatabase::getFilename(const char16_t*& name) const {
+    name = m_hasFilename ? m_filename.c_str() : nullptr;
+    return Plotwright::StatusOk;
+}
+
+void PwDbDatabase::setFilename(const wstring& path) {
+    m_filename = path;
+    m_hasFilename = true;
+}
+
+PwDbTransactionManager* PwDbDatabase::transactionManager() const {
+    return m_transactions.get();
+}
+
+Plotwright::ErrorStatus PwDbDatabase::setClayer(PwDbObjectId layer) {
+    if (layer.isNull()) return Plotwright::StatusNullObjectId;
+    if (layer.database() != this) return Plotwright::StatusWrongDatabase;
+    m_currentLayer = layer;
+    return Plotwright::StatusOk;
+}
+
+bool PwDbDatabase::isLayerUsedByEntities(PwDbObjectId layer) const {
+    if (!m_layerUsage || m_layerUsage->changeCount != m_changeCount) {
+        auto usage = std::make_unique<LayerUsage>();
+        usage->changeCount = m_changeCount;
+        for (const PwDbStub& stub : m_stubs) {
+            const PwDbEntity* entity = PwDbEntity::cast(stub.object);
+            if (entity != nullptr && !entity->isErased()) usage->used.insert(entity->layerId());
+        }
+        m_layerUsage = std::move(usage);
+    }
+    return m_layerUsage->used.count(layer) > 0;
+}

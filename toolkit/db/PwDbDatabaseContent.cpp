@@ -1,0 +1,130 @@
+// The contents every drawing starts with, and the ways to its tables and dictionaries.
+#include "toolkit/db/PwDbDatabase.h"
+
+#include "toolkit/db/PwDbBlockTable.h"
+#include "toolkit/db/PwDbDictionary.h"
+#include "toolkit/db/PwDbLayerTable.h"
+#include "toolkit/db/PwDbLayout.h"
+
+namespace {
+
+// The A4 sheet, landscape, in millimetres: the paper of the first paper space layout.
+constexpr double kA4LongSide = 297.0;
+constexpr double kA4ShortSide = 210.0;
+
+struct LayoutSetup {
+    const char16_t* name;
+    int tabOrder;
+    bool modelType;
+    double paperWidth;
+    double paperHeight;
+};
+
+PwDbObjectId addBlock(PwDbBlockTable* blocks, const char16_t* name) {
+    auto* block = new PwDbBlockTableRecord;
+    PwDbObjectId id;
+    if (block->setName(name) != Plotwright::StatusOk ||
+        blocks->add(id, block) != Plotwright::StatusOk) {
+        delete block;
+        return PwDbObjectId();
+    }
+    block->close();
+    return id;
+}
+
+PwDbObjectId addLayerZero(PwDbLayerTable* layers) {
+    auto* layer = new PwDbLayerTableRecord;
+    PwDbObjectId id;
+    if (layer->setName(u"0") != Plotwright::StatusOk ||
+        layer->setColorIndex(PwDbLayerTableRecord::kDefaultColorIndex) != Plotwright::StatusOk ||
+        layers->add(id, layer) != Plotwright::StatusOk) {
+        delete layer;
+        return PwDbObjectId();
+    }
+    layer->close();
+    return id;
+}
+
+// Files the layout in `layouts` and ties it and `block` to each other.
+void addLayout(PwDbDictionary* layouts, const LayoutSetup& setup, PwDbObjectId block) {
+    auto* layout = new PwDbLayout;
+    layout->setLayoutName(setup.name);
+    layout->setBlockTableRecordId(block);
+    layout->setTabOrder(setup.tabOrder);
+    layout->setModelType(setup.modelType);
+    layout->setPlotPaperSize(setup.paperWidth, setup.paperHeight);
+    PwDbObjectId id;
+    if (layouts->setAt(setup.name, layout, id) != Plotwright::StatusOk) {
+        delete layout;
+        return;
+    }
+    layout->close();
+    PwDbBlockTableRecord* record = nullptr;
+    if (pwdbOpenObject(record, block, PwDb::OpenForWrite) == Plotwright::StatusOk) {
+        record->setLayoutId(id);
+        record->close();
+    }
+}
+
+}  // namespace
+
+void PwDbDatabase::buildDefaultDrawing() {
+    auto* blocks = new PwDbBlockTable;
+    auto* layers = new PwDbLayerTable;
+    auto* named = new PwDbDictionary;
+    // New objects always go in; the tables and the named objects dictionary are roots.
+    addPwDbObject(m_blockTable, blocks);
+    addPwDbObject(m_layerTable, layers);
+    addPwDbObject(m_namedObjects, named);
+
+    m_layerZero = addLayerZero(layers);
+    m_currentLayer = m_layerZero;
+    m_modelSpace = addBlock(blocks, u"*Model_Space");
+    m_paperSpace = addBlock(blocks, u"*Paper_Space");
+
+    auto* layouts = new PwDbDictionary;
+    if (named->setAt(u"PLOTWRIGHT_LAYOUT", layouts, m_layoutDictionary) != Plotwright::StatusOk) {
+        delete layouts;
+        layouts = nullptr;
+    }
+    auto* plotSettings = new PwDbDictionary;
+    if (named->setAt(u"PLOTWRIGHT_PLOTSETTINGS", plotSettings, m_plotSettingsDictionary) !=
+        Plotwright::StatusOk) {
+        delete plotSettings;
+        plotSettings = nullptr;
+    }
+    if (layouts != nullptr) {
+        addLayout(layouts, {u"Model", 0, true, 0.0, 0.0}, m_modelSpace);
+        addLayout(layouts, {u"Layout1", 1, false, kA4LongSide, kA4ShortSide}, m_paperSpace);
+        layouts->close();
+    }
+    if (plotSettings != nullptr) plotSettings->close();
+    named->close();
+    layers->close();
+    blocks->close();
+}
+
+Plotwright::ErrorStatus PwDbDatabase::getSymbolTable(PwDbBlockTable*& table,
+                                                     PwDb::OpenMode mode) const {
+    return pwdbOpenObject(table, m_blockTable, mode);
+}
+
+Plotwright::ErrorStatus PwDbDatabase::getSymbolTable(PwDbLayerTable*& table,
+                                                     PwDb::OpenMode mode) const {
+    return pwdbOpenObject(table, m_layerTable, mode);
+}
+
+Plotwright::ErrorStatus PwDbDatabase::getNamedObjectsDictionary(PwDbDictionary*& dictionary,
+                                                                PwDb::OpenMode mode) const {
+    return pwdbOpenObject(dictionary, m_namedObjects, mode);
+}
+
+Plotwright::ErrorStatus PwDbDatabase::getLayoutDictionary(PwDbDictionary*& dictionary,
+                                                          PwDb::OpenMode mode) const {
+    return pwdbOpenObject(dictionary, m_layoutDictionary, mode);
+}
+
+Plotwright::ErrorStatus PwDbDatabase::getPlotSettingsDictionary(PwDbDictionary*& dictionary,
+                                                                PwDb::OpenMode mode) const {
+    return pwdbOpenObject(dictionary, m_plotSettingsDictionary, mode);
+}

@@ -1,0 +1,94 @@
+// The default host services, and the process-wide slot that holds the installed ones.
+#include "toolkit/db/PwDbHostApplicationServices.h"
+
+#include <atomic>
+
+#include "toolkit/db/PwDbDatabase.h"
+
+namespace {
+
+// LodeQDB's own identity; drawings saved by a host that sets none carry it.
+constexpr char16_t kLodeQdbOwnerGuid[] = u"{6B1F3C2A-9D4E-4F7B-8A1C-2E5D7F9B0C31}";
+constexpr char16_t kLodeQdbCreatorName[] = u"LodeQDB";
+
+bool isAsciiLetter(char16_t unit) {
+    return (unit >= u'a' && unit <= u'z') || (unit >= u'A' && unit <= u'Z');
+}
+
+bool isSchemeUnit(char16_t unit) {
+    return isAsciiLetter(unit) || (unit >= u'0' && unit <= u'9') || unit == u'+' || unit == u'-' ||
+           unit == u'.';
+}
+
+// The default instance is never deleted: databases and modules may still ask for the host's
+// services while other statics of the process are destroyed. Keeping it in a pointer of its
+// own also keeps it reachable after a host replaced it and dropped the pointer it got back.
+PwDbHostApplicationServices* defaultServices() {
+    static PwDbHostApplicationServices* const instance = new PwDbHostApplicationServices;
+    return instance;
+}
+
+std::atomic<PwDbHostApplicationServices*>& installedServices() {
+    // An atomic pointer has no destructor worth running, so this slot outlives every caller.
+    static std::atomic<PwDbHostApplicationServices*> installed{defaultServices()};
+    return installed;
+}
+
+}  // namespace
+
+PwDbHostLayoutService::~PwDbHostLayoutService() = default;
+
+PwDbObjectId PwDbHostLayoutService::activeLayoutBlockId(PwDbDatabase* database) const {
+    return database == nullptr ? PwDbObjectId() : database->modelSpaceId();
+}
+
+PwDbHostApplicationServices::PwDbHostApplicationServices()
+    : m_ownerGuid(kLodeQdbOwnerGuid), m_creatorName(kLodeQdbCreatorName) {}
+
+PwDbHostApplicationServices::~PwDbHostApplicationServices() = default;
+
+int PwDbHostApplicationServices::hostKind() const {
+    return kInkstoneHostKind;
+}
+
+void PwDbHostApplicationServices::setWorkingDatabase(PwDbDatabase* database) {
+    m_workingDatabase = database;
+}
+
+int PwDbHostApplicationServices::isURL(const char16_t* text) const {
+    if (text == nullptr || !isAsciiLetter(text[0])) return 0;
+    // A one-letter scheme is a drive ("C:\x", "C://x"), never a URL.
+    size_t length = 1;
+    while (isSchemeUnit(text[length])) ++length;
+    if (length < 2) return 0;
+    return text[length] == u':' && text[length + 1] == u'/' && text[length + 2] == u'/' ? 1 : 0;
+}
+
+wstring PwDbHostApplicationServices::rootFolder() const {
+    return m_rootFolder;
+}
+
+PwDbHostLayoutService* PwDbHostApplicationServices::hostLayoutService() {
+    return &m_layoutService;
+}
+
+Plotwright::ErrorStatus PwDbHostApplicationServices::findFile(wstring& /*found*/,
+                                                              const char16_t* /*name*/,
+                                                              PwDbDatabase* /*database*/,
+                                                              FindFileHint /*hint*/) {
+    return Plotwright::StatusFileNotFound;
+}
+
+void PwDbHostApplicationServices::setApplicationIdentity(const wstring& ownerGuid,
+                                                         const wstring& creatorName) {
+    m_ownerGuid = ownerGuid;
+    m_creatorName = creatorName;
+}
+
+PwDbHostApplicationServices* pwdbHostApplicationServices() {
+    return installedServices().load();
+}
+
+PwDbHostApplicationServices* pwdbSetHostApplicationServices(PwDbHostApplicationServices* services) {
+    return installedServices().exchange(services);
+}

@@ -1,0 +1,157 @@
+// Objects: identity, the open protocol, erasing, copying through a filer.
+#include "toolkit/db/PwDbObject.h"
+
+#include <cassert>
+
+#include "toolkit/db/PwDbDatabase.h"
+#include "toolkit/db/PwDbMemoryFiler.h"
+#include "toolkit/db/PwDbStub.h"
+
+PWRX_DEFINE_MEMBERS(PwDbObject, PwRxObject, u"PwDbObject");
+
+PwDbObject::PwDbObject() = default;
+
+PwDbObject::~PwDbObject() = default;
+
+PwDbObjectId PwDbObject::objectId() const {
+    return PwDbObjectId(m_stub);
+}
+
+PwDbDatabase* PwDbObject::database() const {
+    return m_stub ? m_stub->database : nullptr;
+}
+
+PwDbHandle PwDbObject::handle() const {
+    return m_stub ? m_stub->handle : 0;
+}
+
+Plotwright::ErrorStatus PwDbObject::setOwnerId(PwDbObjectId owner) {
+    if (m_stub != nullptr && !isWriteEnabled()) return Plotwright::StatusNotOpenForWrite;
+    m_owner = owner;
+    return Plotwright::StatusOk;
+}
+
+bool PwDbObject::isReadEnabled() const {
+    return m_stub == nullptr || m_readers > 0 || m_writer || m_transactionFetches > 0;
+}
+
+bool PwDbObject::isWriteEnabled() const {
+    return m_stub == nullptr || m_writer || m_transactionWriteFetches > 0;
+}
+
+void PwDbObject::assertReadEnabled() const {
+    assert(isReadEnabled() && "an object is read only while it is open");
+}
+
+void PwDbObject::assertWriteEnabled(bool /*autoUndo*/, bool recordModified) {
+    assert(isWriteEnabled() && "an object is changed only while it is open for write");
+    if (recordModified) m_modified = true;
+    if (PwDbDatabase* db = database()) db->noteChange();
+}
+
+Plotwright::ErrorStatus PwDbObject::close() {
+    if (m_stub == nullptr) return Plotwright::StatusNotInDatabase;
+    if (m_writer) {
+        m_writer = false;
+        return Plotwright::StatusOk;
+    }
+    if (m_readers == 0) return Plotwright::StatusNotOpenForRead;
+    --m_readers;
+    return Plotwright::StatusOk;
+}
+
+Plotwright::ErrorStatus PwDbObject::upgradeOpen() {
+    if (m_stub == nullptr) return Plotwright::StatusNotInDatabase;
+    if (m_writer) return Plotwright::StatusWasOpenForWrite;
+    if (m_readers == 0) return Plotwright::StatusNotOpenForRead;
+    if (m_readers > 1) return Plotwright::StatusWasOpenForRead;
+    m_readers = 0;
+    m_writer = true;
+    return Plotwright::StatusOk;
+}
+
+Plotwright::ErrorStatus PwDbObject::downgradeOpen() {
+    if (m_stub == nullptr) return Plotwright::StatusNotInDatabase;
+    if (!m_writer) return Plotwright::StatusNotOpenForWrite;
+    m_writer = false;
+    m_readers = 1;
+    return Plotwright::StatusOk;
+}
+
+Plotwright::ErrorStatus PwDbObject::erase(bool erasing) {
+    if (!isWriteEnabled()) return Plotwright::StatusNotOpenForWrite;
+    if (m_erased == erasing) return Plotwright::StatusOk;
+    assertWriteEnabled();
+    m_erased = erasing;
+    return Plotwright::StatusOk;
+}
+
+Plotwright::ErrorStatus PwDbObject::plwInFields(PwDbPlwFiler* filer) {
+    if (filer == nullptr) return Plotwright::StatusInvalidInput;
+    if (!isWriteEnabled()) return Plotwright::StatusNotOpenForWrite;
+    assertWriteEnabled();
+    PwDbObjectId owner;
+    if (auto status = filer->readObjectId(owner)) return status;
+    m_owner = owner;
+    return Plotwright::StatusOk;
+}
+
+Plotwright::ErrorStatus PwDbObject::plwOutFields(PwDbPlwFiler* filer) const {
+    if (filer == nullptr) return Plotwright::StatusInvalidInput;
+    return filer->writeObjectId(m_owner);
+}
+
+PwDbObject* PwDbObject::clone() const {
+    PwRxObject* made = runtimeClass()->create();
+    PwDbObject* copy = PwDbObject::cast(made);
+    if (copy == nullptr) {
+        delete made;
+        return nullptr;
+    }
+    PwDbMemoryFiler filer(database());
+    if (plwOutFields(&filer) != Plotwright::StatusOk ||
+        copy->plwInFields(&filer) != Plotwright::StatusOk) {
+        delete copy;
+        return nullptr;
+    }
+    copy->m_modified = false;
+    return copy;
+}
+
+// The open protocol lives here, next to the state it guards.
+class PwDbObjectOpener {
+  public:
+    static Plotwright::ErrorStatus open(PwDbObject*& object, PwDbObjectId id, PwDb::OpenMode mode,
+                                        bool openErased, const PwRxClass* cls) {
+        object = nullptr;
+        if (id.isNull()) return Plotwright::StatusNullObjectId;
+        PwDbObject* candidate = id.stub()->object;
+        if (candidate == nullptr) return Plotwright::StatusInvalidObjectId;
+        if (candidate->m_erased && !openErased) return Plotwright::StatusWasErased;
+        if (cls != nullptr && !candidate->isKindOf(cls))
+            return Plotwright::StatusNotThatKindOfClass;
+        if (candidate->m_writer) return Plotwright::StatusWasOpenForWrite;
+        if (mode == PwDb::OpenForWrite) {
+            if (candidate->m_readers > 0) return Plotwright::StatusWasOpenForRead;
+            candidate->m_writer = true;
+        } else {
+            ++candidate->m_readers;
+        }
+        object = candidate;
+        return Plotwright::StatusOk;
+    }
+};
+
+Plotwright::ErrorStatus pwdbOpenObject(PwDbObject*& object, PwDbObjectId id, PwDb::OpenMode mode,
+                                       bool openErased, const PwRxClass* cls) {
+    return PwDbObjectOpener::open(object, id, mode, openErased, cls);
+}
+
+void pwdbReleaseObject(PwDbObject* object) {
+    if (object == nullptr) return;
+    if (object->objectId().isNull()) {
+        delete object;
+    } else {
+        object->close();
+    }
+}

@@ -1,0 +1,72 @@
+// Objects to records and back; unknown classes become proxies here.
+#include "toolkit/db/PwDbObjectRecord.h"
+
+#include <algorithm>
+#include <memory>
+
+#include "toolkit/db/PwDbDatabase.h"
+#include "toolkit/db/PwDbProxyObject.h"
+
+namespace {
+
+std::vector<wstring> ChainOf(const PwDbObject& object) {
+    if (const auto* proxy = PwDbProxyObject::cast(&object)) return proxy->proxiedClassChain();
+    if (const auto* proxy = PwDbProxyEntity::cast(&object)) return proxy->proxiedClassChain();
+    std::vector<wstring> chain;
+    for (const PwRxClass* cls = object.runtimeClass(); cls != nullptr; cls = cls->myParent()) {
+        chain.emplace_back(cls->name());
+        if (cls == PwDbObject::desc()) break;
+    }
+    return chain;
+}
+
+bool Names(const std::vector<wstring>& chain, const char16_t* name) {
+    return std::find(chain.begin(), chain.end(), name) != chain.end();
+}
+
+// The object to read the record into: of its own class when this process can make one,
+// else a proxy of the right kind.
+PwDbObject* MakeFor(const std::vector<wstring>& chain) {
+    if (PwRxClass* cls = pwrxFindClass(chain.front().c_str())) {
+        PwRxObject* made = cls->create();
+        if (PwDbObject* object = PwDbObject::cast(made)) return object;
+        delete made;
+    }
+    if (Names(chain, u"PwDbEntity")) {
+        auto* proxy = new PwDbProxyEntity;
+        proxy->setProxiedClassChain(chain);
+        return proxy;
+    }
+    auto* proxy = new PwDbProxyObject;
+    proxy->setProxiedClassChain(chain);
+    return proxy;
+}
+
+}  // namespace
+
+Plotwright::ErrorStatus pwdbRecordObject(const PwDbObject& object, PwDbObjectRecord& record) {
+    PwDbMemoryFiler filer(object.database());
+    if (auto status = object.plwOutFields(&filer)) return status;
+    record.classChain = ChainOf(object);
+    record.handle = object.handle();
+    record.data = filer.items();
+    return Plotwright::StatusOk;
+}
+
+Plotwright::ErrorStatus pwdbObjectFromRecord(const PwDbObjectRecord& record, PwDbDatabase* database,
+                                             PwDbObject*& object) {
+    object = nullptr;
+    if (database == nullptr) return Plotwright::StatusNullDatabase;
+    if (record.classChain.empty() || !Names(record.classChain, u"PwDbObject")) {
+        return Plotwright::StatusFilerError;
+    }
+    std::unique_ptr<PwDbObject> made(MakeFor(record.classChain));
+    PwDbMemoryFiler filer(database);
+    for (const PwDbMemoryFiler::Item& item : record.data) filer.append(item);
+    if (auto status = made->plwInFields(&filer)) return status;
+    // Data left over means the record and the class disagree on the layout.
+    if (filer.remaining() != 0) return Plotwright::StatusFilerError;
+    if (auto status = database->addPwDbObjectWithHandle(made.get(), record.handle)) return status;
+    object = made.release();
+    return Plotwright::StatusOk;
+}

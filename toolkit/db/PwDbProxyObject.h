@@ -1,0 +1,71 @@
+// Proxies: objects and entities of classes this process doesn't have. A proxy keeps the
+// data of the missing class untouched, so that writing the drawing again loses nothing.
+//
+//   PwDbObject* object = nullptr;
+//   pwdbOpenObject(object, id, PwDb::OpenForRead);
+//   if (auto* proxy = PwDbProxyObject::cast(object)) {
+//       wstring missing = proxy->proxiedClassName();
+//   }
+//
+// A proxy reads the data of the nearest class it knows (PwDbObject, or PwDbEntity for a
+// proxy entity) and keeps every further item as it came; it writes them back in the same
+// order. It can do so only from a filer whose items it can take over (PwDbMemoryFiler), as
+// the readers of stored drawings give it.
+#pragma once
+
+#include <vector>
+
+#include "toolkit/db/PwDbEntity.h"
+#include "toolkit/db/PwDbMemoryFiler.h"
+#include "toolkit/db/PwDbObject.h"
+
+/// What a proxy keeps of the class it stands for.
+struct PwDbProxiedData {
+    /// The missing class and its bases, most derived first, as the drawing names them.
+    std::vector<wstring> classChain;
+    /// The items of the data beyond the part the proxy's own base reads.
+    PwDbMemoryFiler rest;
+
+    Plotwright::ErrorStatus takeRest(PwDbPlwFiler* filer);
+};
+
+class PwDbProxyObject : public PwDbObject {
+    PWRX_DECLARE_MEMBERS(PwDbProxyObject);
+
+  public:
+    PwDbProxyObject();
+    ~PwDbProxyObject() override;
+
+    /// The name of the class the proxy stands for; "" when it was never set.
+    virtual const char16_t* proxiedClassName() const;
+    const std::vector<wstring>& proxiedClassChain() const { return m_data.classChain; }
+    void setProxiedClassChain(std::vector<wstring> chain) { m_data.classChain = std::move(chain); }
+    /// The kept items beyond the PwDbObject part.
+    const PwDbMemoryFiler& proxiedData() const { return m_data.rest; }
+
+    Plotwright::ErrorStatus plwInFields(PwDbPlwFiler* filer) override;
+    Plotwright::ErrorStatus plwOutFields(PwDbPlwFiler* filer) const override;
+
+  private:
+    PwDbProxiedData m_data;
+};
+
+class PwDbProxyEntity : public PwDbEntity {
+    PWRX_DECLARE_MEMBERS(PwDbProxyEntity);
+
+  public:
+    PwDbProxyEntity();
+    ~PwDbProxyEntity() override;
+
+    /// The name of the entity class the proxy stands for.
+    virtual const char16_t* proxiedClassName() const;
+    const std::vector<wstring>& proxiedClassChain() const { return m_data.classChain; }
+    void setProxiedClassChain(std::vector<wstring> chain) { m_data.classChain = std::move(chain); }
+    const PwDbMemoryFiler& proxiedData() const { return m_data.rest; }
+
+    Plotwright::ErrorStatus plwInFields(PwDbPlwFiler* filer) override;
+    Plotwright::ErrorStatus plwOutFields(PwDbPlwFiler* filer) const override;
+
+  private:
+    PwDbProxiedData m_data;
+};
