@@ -4,48 +4,16 @@
 
 #include <gtest/gtest.h>
 
-#include <limits>
 #include <memory>
 
-#include "toolkit/db/PwDbBlockTable.h"
 #include "toolkit/db/PwDbDatabase.h"
 #include "toolkit/db/PwDbMemoryFiler.h"
-#include "toolkit/rx/PwRxClass.h"
+
+#include "PwDbEntityTestSupport.h"
 
 namespace {
 
-using Plotwright::StatusFilerError;
-using Plotwright::StatusInvalidInput;
-using Plotwright::StatusNotOpenForWrite;
-using Plotwright::StatusOk;
-
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
-constexpr double kInf = std::numeric_limits<double>::infinity();
-
-// Adds `entity` to the model space and closes it; on failure the entity is deleted and the
-// id is null.
-PwDbObjectId appendToModelSpace(PwDbDatabase& database, PwDbEntity* entity) {
-    PwDbObjectId id;
-    PwDbBlockTableRecord* space = nullptr;
-    if (pwdbOpenObject(space, database.modelSpaceId(), PwDb::OpenForWrite) != StatusOk) {
-        delete entity;
-        return id;
-    }
-    if (space->appendPwDbEntity(id, entity) == StatusOk) {
-        entity->close();
-    } else {
-        delete entity;
-        id = PwDbObjectId();
-    }
-    space->close();
-    return id;
-}
-
-void copyLeadingItems(const PwDbMemoryFiler& source, size_t count, PwDbMemoryFiler& target) {
-    for (size_t i = 0; i < count && i < source.items().size(); ++i) {
-        target.append(source.items()[i]);
-    }
-}
+using namespace pwdbtest;
 
 // A placement of `block` (may be null) whose numbers are shifted by `offset`.
 std::unique_ptr<PwDbBlockReference> makeInsert(double offset, PwDbObjectId block = {}) {
@@ -58,9 +26,7 @@ std::unique_ptr<PwDbBlockReference> makeInsert(double offset, PwDbObjectId block
 }
 
 void expectSame(const PwDbBlockReference& actual, const PwDbBlockReference& expected) {
-    EXPECT_EQ(actual.ownerId(), expected.ownerId());
-    EXPECT_EQ(actual.layerId(), expected.layerId());
-    EXPECT_EQ(actual.colorIndex(), expected.colorIndex());
+    expectSameEntity(actual, expected);
     EXPECT_EQ(actual.blockTableRecord(), expected.blockTableRecord());
     EXPECT_EQ(actual.position(), expected.position());
     EXPECT_EQ(actual.scaleFactors(), expected.scaleFactors());
@@ -142,54 +108,22 @@ TEST(PwDbBlockReference, ClosedPlacementRefusesChangesUntilOpenedForWrite) {
 
 TEST(PwDbBlockReference, RoundTripsThroughAFiler) {
     PwDbDatabase database;
-    auto made = makeInsert(1, database.paperSpaceId());
-    ASSERT_EQ(made->setColorIndex(12), StatusOk);
-    const PwDbObjectId id = appendToModelSpace(database, made.release());
-    PwDbBlockReference* insert = nullptr;
-    ASSERT_EQ(pwdbOpenObject(insert, id, PwDb::OpenForRead), StatusOk);
-
-    PwDbMemoryFiler filer(&database);
-    ASSERT_EQ(insert->plwOutFields(&filer), StatusOk);
-    std::unique_ptr<PwDbBlockReference> read(
-        static_cast<PwDbBlockReference*>(PwDbBlockReference::desc()->create()));
-    ASSERT_NE(read, nullptr);
-    ASSERT_EQ(read->plwInFields(&filer), StatusOk);
-    EXPECT_EQ(filer.remaining(), 0u);
-    expectSame(*read, *insert);
-    EXPECT_EQ(read->blockTableRecord(), database.paperSpaceId());
-
-    std::unique_ptr<PwDbObject> copy(insert->clone());
-    ASSERT_NE(copy, nullptr);
-    ASSERT_EQ(copy->runtimeClass(), PwDbBlockReference::desc());
-    expectSame(*static_cast<PwDbBlockReference*>(copy.get()), *insert);
-    EXPECT_EQ(insert->close(), StatusOk);
+    // The block id read back (and copied) is the paper space of the same drawing.
+    expectRoundTripInDrawing(
+        database, makeInsert(1, database.paperSpaceId()), 12,
+        [&](const PwDbBlockReference& actual, const PwDbBlockReference& expected) {
+            expectSame(actual, expected);
+            EXPECT_EQ(actual.blockTableRecord(), database.paperSpaceId());
+        });
 }
 
 TEST(PwDbBlockReference, ShortenedDataIsRefused) {
-    const auto source = makeInsert(0);
-    PwDbMemoryFiler full;
-    ASSERT_EQ(source->plwOutFields(&full), StatusOk);
-    for (size_t keep = 0; keep < full.items().size(); ++keep) {
-        SCOPED_TRACE(keep);
-        PwDbMemoryFiler shortened;
-        copyLeadingItems(full, keep, shortened);
-        const auto target = makeInsert(100);
-        EXPECT_EQ(target->plwInFields(&shortened), StatusFilerError);
-        expectSame(*target, *makeInsert(100));
-    }
+    expectEveryShortenedFormRefused(
+        *makeInsert(0), [] { return makeInsert(100); }, expectSame);
 }
 
 TEST(PwDbBlockReference, ClassDerivesFromTheEntityAndIsFoundByName) {
-    PwDbBlockReference insert;
-    EXPECT_EQ(insert.runtimeClass(), PwDbBlockReference::desc());
-    EXPECT_EQ(wstring(insert.runtimeClass()->name()), u"PwDbBlockReference");
-    EXPECT_TRUE(insert.isKindOf(PwDbEntity::desc()));
-    EXPECT_TRUE(insert.isKindOf(PwDbObject::desc()));
-    EXPECT_EQ(PwDbBlockReference::desc()->myParent(), PwDbEntity::desc());
-    EXPECT_EQ(pwrxFindClass(u"PwDbBlockReference"), PwDbBlockReference::desc());
-    std::unique_ptr<PwRxObject> made(pwrxFindClass(u"PwDbBlockReference")->create());
-    ASSERT_NE(made, nullptr);
-    EXPECT_NE(PwDbBlockReference::cast(made.get()), nullptr);
+    expectEntityClassFoundByName<PwDbBlockReference>(u"PwDbBlockReference");
 }
 
 }  // namespace

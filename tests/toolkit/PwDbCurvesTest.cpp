@@ -7,54 +7,15 @@
 #include <memory>
 #include <utility>
 
-#include "toolkit/db/PwDbBlockTable.h"
 #include "toolkit/db/PwDbDatabase.h"
 #include "toolkit/db/PwDbMemoryFiler.h"
 #include "toolkit/rx/PwRxClass.h"
 
+#include "PwDbEntityTestSupport.h"
+
 namespace {
 
-using Plotwright::StatusFilerError;
-using Plotwright::StatusInvalidInput;
-using Plotwright::StatusNotOpenForWrite;
-using Plotwright::StatusOk;
-
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
-constexpr double kInf = std::numeric_limits<double>::infinity();
-
-// Adds `entity` to the model space and closes it; on failure the entity is deleted and the
-// id is null.
-PwDbObjectId appendToModelSpace(PwDbDatabase& database, PwDbEntity* entity) {
-    PwDbObjectId id;
-    PwDbBlockTableRecord* space = nullptr;
-    if (pwdbOpenObject(space, database.modelSpaceId(), PwDb::OpenForWrite) != StatusOk) {
-        delete entity;
-        return id;
-    }
-    if (space->appendPwDbEntity(id, entity) == StatusOk) {
-        entity->close();
-    } else {
-        delete entity;
-        id = PwDbObjectId();
-    }
-    space->close();
-    return id;
-}
-
-// The first `count` items of `source`, appended to `target`.
-void copyLeadingItems(const PwDbMemoryFiler& source, size_t count, PwDbMemoryFiler& target) {
-    for (size_t i = 0; i < count && i < source.items().size(); ++i) {
-        target.append(source.items()[i]);
-    }
-}
-
-// Every item of `source` into `target`, the one at `index` replaced by `item`.
-void copyReplacing(const PwDbMemoryFiler& source, size_t index, PwDbMemoryFiler::Item item,
-                   PwDbMemoryFiler& target) {
-    for (size_t i = 0; i < source.items().size(); ++i) {
-        target.append(i == index ? item : source.items()[i]);
-    }
-}
+using namespace pwdbtest;
 
 std::unique_ptr<PwDbLine> makeLine(double offset) {
     auto line = std::make_unique<PwDbLine>();
@@ -79,12 +40,6 @@ std::unique_ptr<PwDbArc> makeArc(double offset) {
     return arc;
 }
 
-void expectSameEntity(const PwDbEntity& actual, const PwDbEntity& expected) {
-    EXPECT_EQ(actual.ownerId(), expected.ownerId());
-    EXPECT_EQ(actual.layerId(), expected.layerId());
-    EXPECT_EQ(actual.colorIndex(), expected.colorIndex());
-}
-
 void expectSame(const PwDbLine& actual, const PwDbLine& expected) {
     expectSameEntity(actual, expected);
     EXPECT_EQ(actual.startPoint(), expected.startPoint());
@@ -103,43 +58,6 @@ void expectSame(const PwDbArc& actual, const PwDbArc& expected) {
     EXPECT_EQ(actual.radius(), expected.radius());
     EXPECT_EQ(actual.startAngle(), expected.startAngle());
     EXPECT_EQ(actual.endAngle(), expected.endAngle());
-}
-
-// Writes `source` (open in `database`), reads it into a new object made by class and into a
-// clone, and compares each with the source.
-template <class T>
-void expectRoundTrip(PwDbDatabase& database, const T& source) {
-    PwDbMemoryFiler filer(&database);
-    ASSERT_EQ(source.plwOutFields(&filer), StatusOk);
-    std::unique_ptr<T> made(static_cast<T*>(T::desc()->create()));
-    ASSERT_NE(made, nullptr);
-    ASSERT_EQ(made->plwInFields(&filer), StatusOk);
-    EXPECT_EQ(filer.remaining(), 0u);
-    expectSame(*made, source);
-
-    std::unique_ptr<PwDbObject> copy(source.clone());
-    ASSERT_NE(copy, nullptr);
-    ASSERT_EQ(copy->runtimeClass(), T::desc());
-    expectSame(*static_cast<T*>(copy.get()), source);
-}
-
-// Every shortened form of the data written by `make(0)` is refused, and the object read into
-// (made by `make(100)`) keeps its values.
-template <class Make>
-void expectEveryShortenedFormRefused(Make make) {
-    const auto source = make(0.0);
-    PwDbMemoryFiler full;
-    ASSERT_EQ(source->plwOutFields(&full), StatusOk);
-    ASSERT_GT(full.items().size(), 0u);
-    for (size_t keep = 0; keep < full.items().size(); ++keep) {
-        SCOPED_TRACE(keep);
-        PwDbMemoryFiler shortened;
-        copyLeadingItems(full, keep, shortened);
-        const auto target = make(100.0);
-        const auto twin = make(100.0);
-        EXPECT_EQ(target->plwInFields(&shortened), StatusFilerError);
-        expectSame(*target, *twin);
-    }
 }
 
 // --- PwDbLine ------------------------------------------------------------------------------
@@ -188,28 +106,20 @@ TEST(PwDbLine, ClosedLineRefusesChangesUntilOpenedForWrite) {
 
 TEST(PwDbLine, RoundTripsThroughAFiler) {
     PwDbDatabase database;
-    auto made = makeLine(0);
-    ASSERT_EQ(made->setColorIndex(3), StatusOk);
-    const PwDbObjectId id = appendToModelSpace(database, made.release());
-    PwDbLine* line = nullptr;
-    ASSERT_EQ(pwdbOpenObject(line, id, PwDb::OpenForRead), StatusOk);
-    expectRoundTrip(database, *line);
-    EXPECT_EQ(line->close(), StatusOk);
+    expectRoundTripInDrawing(database, makeLine(0), 3, expectSame);
 }
 
 TEST(PwDbLine, ShortenedDataIsRefused) {
-    expectEveryShortenedFormRefused(makeLine);
+    expectEveryShortenedFormRefused(
+        *makeLine(0), [] { return makeLine(100); }, expectSame);
 }
 
 TEST(PwDbLine, StoredNonFinitePointIsRefused) {
     const auto source = makeLine(0);
     PwDbMemoryFiler full;
     ASSERT_EQ(source->plwOutFields(&full), StatusOk);
-    PwDbMemoryFiler bad;
-    copyReplacing(full, full.items().size() - 1, kNaN, bad);
-    const auto target = makeLine(100);
-    EXPECT_EQ(target->plwInFields(&bad), StatusFilerError);
-    expectSame(*target, *makeLine(100));
+    expectChangedFormRefused(
+        full, full.items().size() - 1, kNaN, [] { return makeLine(100); }, expectSame);
 }
 
 // --- PwDbCircle ----------------------------------------------------------------------------
@@ -262,17 +172,12 @@ TEST(PwDbCircle, ClosedCircleRefusesChangesUntilOpenedForWrite) {
 
 TEST(PwDbCircle, RoundTripsThroughAFiler) {
     PwDbDatabase database;
-    auto made = makeCircle(0);
-    ASSERT_EQ(made->setColorIndex(0), StatusOk);
-    const PwDbObjectId id = appendToModelSpace(database, made.release());
-    PwDbCircle* circle = nullptr;
-    ASSERT_EQ(pwdbOpenObject(circle, id, PwDb::OpenForRead), StatusOk);
-    expectRoundTrip(database, *circle);
-    EXPECT_EQ(circle->close(), StatusOk);
+    expectRoundTripInDrawing(database, makeCircle(0), 0, expectSame);
 }
 
 TEST(PwDbCircle, ShortenedDataIsRefused) {
-    expectEveryShortenedFormRefused(makeCircle);
+    expectEveryShortenedFormRefused(
+        *makeCircle(0), [] { return makeCircle(100); }, expectSame);
 }
 
 TEST(PwDbCircle, StoredRadiusMustBePositive) {
@@ -344,17 +249,12 @@ TEST(PwDbArc, ClosedArcRefusesChangesUntilOpenedForWrite) {
 
 TEST(PwDbArc, RoundTripsThroughAFiler) {
     PwDbDatabase database;
-    auto made = makeArc(0);
-    ASSERT_EQ(made->setColorIndex(255), StatusOk);
-    const PwDbObjectId id = appendToModelSpace(database, made.release());
-    PwDbArc* arc = nullptr;
-    ASSERT_EQ(pwdbOpenObject(arc, id, PwDb::OpenForRead), StatusOk);
-    expectRoundTrip(database, *arc);
-    EXPECT_EQ(arc->close(), StatusOk);
+    expectRoundTripInDrawing(database, makeArc(0), 255, expectSame);
 }
 
 TEST(PwDbArc, ShortenedDataIsRefused) {
-    expectEveryShortenedFormRefused(makeArc);
+    expectEveryShortenedFormRefused(
+        *makeArc(0), [] { return makeArc(100); }, expectSame);
 }
 
 TEST(PwDbArc, StoredValuesAreCheckedLikeSetterValues) {
@@ -367,11 +267,8 @@ TEST(PwDbArc, StoredValuesAreCheckedLikeSetterValues) {
         {count - 1, kNaN}, {count - 2, kInf}, {count - 3, 0.0}, {count - 3, -1.0}};
     for (const auto& [index, value] : breaks) {
         SCOPED_TRACE(index);
-        PwDbMemoryFiler bad;
-        copyReplacing(full, index, value, bad);
-        const auto target = makeArc(100);
-        EXPECT_EQ(target->plwInFields(&bad), StatusFilerError);
-        expectSame(*target, *makeArc(100));
+        expectChangedFormRefused(
+            full, index, value, [] { return makeArc(100); }, expectSame);
     }
 }
 

@@ -10,7 +10,6 @@
 #include <variant>
 
 #include "toolkit/db/PwDbBlockReference.h"
-#include "toolkit/db/PwDbBlockTable.h"
 #include "toolkit/db/PwDbCurves.h"
 #include "toolkit/db/PwDbDatabase.h"
 #include "toolkit/db/PwDbMemoryFiler.h"
@@ -18,32 +17,12 @@
 #include "toolkit/db/PwDbText.h"
 #include "toolkit/rx/PwRxClass.h"
 
+#include "PwDbEntityTestSupport.h"
+
 namespace {
 
-using Plotwright::StatusFilerError;
-using Plotwright::StatusInvalidInput;
-using Plotwright::StatusNotOpenForWrite;
 using Plotwright::StatusNotThatKindOfClass;
-using Plotwright::StatusOk;
-
-// Adds `entity` to the model space and closes it; on failure the entity is deleted and the
-// id is null.
-PwDbObjectId appendToModelSpace(PwDbDatabase& database, PwDbEntity* entity) {
-    PwDbObjectId id;
-    PwDbBlockTableRecord* space = nullptr;
-    if (pwdbOpenObject(space, database.modelSpaceId(), PwDb::OpenForWrite) != StatusOk) {
-        delete entity;
-        return id;
-    }
-    if (space->appendPwDbEntity(id, entity) == StatusOk) {
-        entity->close();
-    } else {
-        delete entity;
-        id = PwDbObjectId();
-    }
-    space->close();
-    return id;
-}
+using namespace pwdbtest;
 
 // A drawing with a line in its model space, for the layer and colour tests.
 class PwDbEntityInDrawing : public testing::Test {
@@ -190,19 +169,15 @@ TEST_F(PwDbEntityInDrawing, LayerAndColourTravelThroughAFiler) {
 
 TEST(PwDbEntity, StoredColourOutsideTheRangeIsRefused) {
     PwDbCircle source;
-    PwDbMemoryFiler base;
-    ASSERT_EQ(source.PwDbEntity::plwOutFields(&base), StatusOk);
-    // The colour is the last item the entity base writes.
-    const size_t colour = base.items().size() - 1;
-    ASSERT_EQ(std::get<int32_t>(base.items().at(colour)), 256);
     PwDbMemoryFiler full;
     ASSERT_EQ(source.plwOutFields(&full), StatusOk);
+    // The colour is the last item the entity base writes.
+    const size_t colour = entityItemCount(source) - 1;
+    ASSERT_EQ(std::get<int32_t>(full.items().at(colour)), 256);
     for (int32_t stored : {-1, 257, 70000}) {
         SCOPED_TRACE(stored);
         PwDbMemoryFiler bad;
-        for (size_t i = 0; i < full.items().size(); ++i) {
-            bad.append(i == colour ? PwDbMemoryFiler::Item(stored) : full.items()[i]);
-        }
+        copyReplacing(full, colour, PwDbMemoryFiler::Item(stored), bad);
         PwDbCircle target;
         ASSERT_EQ(target.setColorIndex(9), StatusOk);
         EXPECT_EQ(target.plwInFields(&bad), StatusFilerError);

@@ -87,6 +87,23 @@ TEST(PwDbObjectRecord, UnknownObjectClassBecomesAProxyThatKeepsItsData) {
     EXPECT_EQ(written.data, record.data) << "the proxy writes back exactly what it read";
 }
 
+TEST(PwDbObjectRecord, CloneOfAProxyStandsForTheSameClass) {
+    PwDbDatabase source;
+    PwDbObjectRecord record = RecordNew<PwTestNote>(source, [](PwTestNote& n) { n.number = 5; });
+    RenameMostDerived(record, u"PwMissingNote");
+    PwDbDatabase target;
+    PwDbObject* read = nullptr;
+    ASSERT_EQ(pwdbObjectFromRecord(record, &target, read), StatusOk);
+    PwDbObject* copy = read->clone();
+    read->close();
+    ASSERT_NE(copy, nullptr);
+    auto* proxy = PwDbProxyObject::cast(copy);
+    ASSERT_NE(proxy, nullptr);
+    EXPECT_EQ(wstring(proxy->proxiedClassName()), u"PwMissingNote");
+    EXPECT_EQ(proxy->proxiedData().items().size(), 2u);
+    pwdbReleaseObject(copy);
+}
+
 TEST(PwDbObjectRecord, UnknownEntityClassBecomesAProxyEntity) {
     PwDbDatabase source;
     PwDbObjectRecord record = RecordNew<PwDbBlockReference>(source, [&](PwDbBlockReference& r) {

@@ -10,61 +10,15 @@
 #include <variant>
 #include <vector>
 
-#include "toolkit/db/PwDbBlockTable.h"
 #include "toolkit/db/PwDbDatabase.h"
 #include "toolkit/db/PwDbMemoryFiler.h"
 #include "toolkit/pal/PwHeapFaults.h"
-#include "toolkit/rx/PwRxClass.h"
+
+#include "PwDbEntityTestSupport.h"
 
 namespace {
 
-using Plotwright::StatusFilerError;
-using Plotwright::StatusInvalidInput;
-using Plotwright::StatusNotOpenForWrite;
-using Plotwright::StatusOk;
-
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
-constexpr double kInf = std::numeric_limits<double>::infinity();
-
-// Adds `entity` to the model space and closes it; on failure the entity is deleted and the
-// id is null.
-PwDbObjectId appendToModelSpace(PwDbDatabase& database, PwDbEntity* entity) {
-    PwDbObjectId id;
-    PwDbBlockTableRecord* space = nullptr;
-    if (pwdbOpenObject(space, database.modelSpaceId(), PwDb::OpenForWrite) != StatusOk) {
-        delete entity;
-        return id;
-    }
-    if (space->appendPwDbEntity(id, entity) == StatusOk) {
-        entity->close();
-    } else {
-        delete entity;
-        id = PwDbObjectId();
-    }
-    space->close();
-    return id;
-}
-
-void copyLeadingItems(const PwDbMemoryFiler& source, size_t count, PwDbMemoryFiler& target) {
-    for (size_t i = 0; i < count && i < source.items().size(); ++i) {
-        target.append(source.items()[i]);
-    }
-}
-
-void copyReplacing(const PwDbMemoryFiler& source, size_t index, PwDbMemoryFiler::Item item,
-                   PwDbMemoryFiler& target) {
-    for (size_t i = 0; i < source.items().size(); ++i) {
-        target.append(i == index ? item : source.items()[i]);
-    }
-}
-
-// The number of items the entity base writes: the polyline's own data starts after them.
-size_t entityItemCount() {
-    PwDbPolyline polyline;
-    PwDbMemoryFiler filer;
-    EXPECT_EQ(polyline.PwDbEntity::plwOutFields(&filer), StatusOk);
-    return filer.items().size();
-}
+using namespace pwdbtest;
 
 // A closed triangle with its vertices shifted by `offset`.
 std::unique_ptr<PwDbPolyline> makeTriangle(double offset) {
@@ -88,19 +42,14 @@ std::vector<PwGePoint2d> verticesOf(const PwDbPolyline& polyline) {
 }
 
 void expectSame(const PwDbPolyline& actual, const PwDbPolyline& expected) {
-    EXPECT_EQ(actual.ownerId(), expected.ownerId());
-    EXPECT_EQ(actual.layerId(), expected.layerId());
-    EXPECT_EQ(actual.colorIndex(), expected.colorIndex());
+    expectSameEntity(actual, expected);
     EXPECT_EQ(actual.numVerts(), expected.numVerts());
     EXPECT_EQ(verticesOf(actual), verticesOf(expected));
     EXPECT_EQ(actual.isClosed(), expected.isClosed());
     EXPECT_EQ(actual.elevation(), expected.elevation());
 }
 
-class PwDbPolylineHeap : public testing::Test {
-  protected:
-    void TearDown() override { pwHeapFailReset(); }
-};
+class PwDbPolylineHeap : public pwdbtest::HeapFaultTest {};
 
 TEST(PwDbPolyline, StartsEmptyOpenAndFlat) {
     PwDbPolyline polyline;
@@ -222,25 +171,7 @@ TEST(PwDbPolyline, ClosedPolylineRefusesChangesUntilOpenedForWrite) {
 
 TEST(PwDbPolyline, RoundTripsThroughAFiler) {
     PwDbDatabase database;
-    auto made = makeTriangle(2);
-    ASSERT_EQ(made->setColorIndex(42), StatusOk);
-    const PwDbObjectId id = appendToModelSpace(database, made.release());
-    PwDbPolyline* polyline = nullptr;
-    ASSERT_EQ(pwdbOpenObject(polyline, id, PwDb::OpenForRead), StatusOk);
-
-    PwDbMemoryFiler filer(&database);
-    ASSERT_EQ(polyline->plwOutFields(&filer), StatusOk);
-    std::unique_ptr<PwDbPolyline> read(static_cast<PwDbPolyline*>(PwDbPolyline::desc()->create()));
-    ASSERT_NE(read, nullptr);
-    ASSERT_EQ(read->plwInFields(&filer), StatusOk);
-    EXPECT_EQ(filer.remaining(), 0u);
-    expectSame(*read, *polyline);
-
-    std::unique_ptr<PwDbObject> copy(polyline->clone());
-    ASSERT_NE(copy, nullptr);
-    ASSERT_EQ(copy->runtimeClass(), PwDbPolyline::desc());
-    expectSame(*static_cast<PwDbPolyline*>(copy.get()), *polyline);
-    EXPECT_EQ(polyline->close(), StatusOk);
+    expectRoundTripInDrawing(database, makeTriangle(2), 42, expectSame);
 }
 
 TEST(PwDbPolyline, ReadingReplacesEveryVertex) {
@@ -262,24 +193,15 @@ TEST(PwDbPolyline, EmptyPolylineRoundTrips) {
 }
 
 TEST(PwDbPolyline, ShortenedDataIsRefused) {
-    const auto source = makeTriangle(0);
-    PwDbMemoryFiler full;
-    ASSERT_EQ(source->plwOutFields(&full), StatusOk);
-    for (size_t keep = 0; keep < full.items().size(); ++keep) {
-        SCOPED_TRACE(keep);
-        PwDbMemoryFiler shortened;
-        copyLeadingItems(full, keep, shortened);
-        const auto target = makeTriangle(100);
-        EXPECT_EQ(target->plwInFields(&shortened), StatusFilerError);
-        expectSame(*target, *makeTriangle(100));
-    }
+    expectEveryShortenedFormRefused(
+        *makeTriangle(0), [] { return makeTriangle(100); }, expectSame);
 }
 
 TEST_F(PwDbPolylineHeap, StoredCountsOutsideTheLimitAreRefusedBeforeAnyBlockIsTaken) {
     const auto source = makeTriangle(0);
     PwDbMemoryFiler full;
     ASSERT_EQ(source->plwOutFields(&full), StatusOk);
-    const size_t countIndex = entityItemCount();
+    const size_t countIndex = entityItemCount(PwDbPolyline());
     ASSERT_EQ(std::get<int32_t>(full.items().at(countIndex)), 3);
     const int32_t counts[] = {-1, std::numeric_limits<int32_t>::min(),
                               static_cast<int32_t>(PwDbPolyline::kMaxVertices) + 1,
@@ -301,17 +223,15 @@ TEST(PwDbPolyline, StoredCountMustMatchTheVertices) {
     const auto source = makeTriangle(0);
     PwDbMemoryFiler full;
     ASSERT_EQ(source->plwOutFields(&full), StatusOk);
-    const size_t countIndex = entityItemCount();
+    const size_t countIndex = entityItemCount(PwDbPolyline());
     // The largest count allowed, but only three vertices behind it; then one too few, and
     // one too many.
     const int32_t counts[] = {static_cast<int32_t>(PwDbPolyline::kMaxVertices), 2, 4};
     for (int32_t count : counts) {
         SCOPED_TRACE(count);
-        PwDbMemoryFiler bad;
-        copyReplacing(full, countIndex, PwDbMemoryFiler::Item(count), bad);
-        const auto target = makeTriangle(100);
-        EXPECT_EQ(target->plwInFields(&bad), StatusFilerError);
-        expectSame(*target, *makeTriangle(100));
+        expectChangedFormRefused(
+            full, countIndex, PwDbMemoryFiler::Item(count), [] { return makeTriangle(100); },
+            expectSame);
     }
 }
 
@@ -319,29 +239,17 @@ TEST(PwDbPolyline, StoredNonFiniteValuesAreRefused) {
     const auto source = makeTriangle(0);
     PwDbMemoryFiler full;
     ASSERT_EQ(source->plwOutFields(&full), StatusOk);
-    const size_t firstX = entityItemCount() + 1;
+    const size_t firstX = entityItemCount(PwDbPolyline()) + 1;
     const size_t elevation = full.items().size() - 1;
     for (size_t index : {firstX, firstX + 5, elevation}) {
         SCOPED_TRACE(index);
-        PwDbMemoryFiler bad;
-        copyReplacing(full, index, PwDbMemoryFiler::Item(kNaN), bad);
-        const auto target = makeTriangle(100);
-        EXPECT_EQ(target->plwInFields(&bad), StatusFilerError);
-        expectSame(*target, *makeTriangle(100));
+        expectChangedFormRefused(
+            full, index, PwDbMemoryFiler::Item(kNaN), [] { return makeTriangle(100); }, expectSame);
     }
 }
 
 TEST(PwDbPolyline, ClassDerivesFromTheEntityAndIsFoundByName) {
-    PwDbPolyline polyline;
-    EXPECT_EQ(polyline.runtimeClass(), PwDbPolyline::desc());
-    EXPECT_EQ(wstring(polyline.runtimeClass()->name()), u"PwDbPolyline");
-    EXPECT_TRUE(polyline.isKindOf(PwDbEntity::desc()));
-    EXPECT_TRUE(polyline.isKindOf(PwDbObject::desc()));
-    EXPECT_EQ(PwDbPolyline::desc()->myParent(), PwDbEntity::desc());
-    EXPECT_EQ(pwrxFindClass(u"PwDbPolyline"), PwDbPolyline::desc());
-    std::unique_ptr<PwRxObject> made(pwrxFindClass(u"PwDbPolyline")->create());
-    ASSERT_NE(made, nullptr);
-    EXPECT_NE(PwDbPolyline::cast(made.get()), nullptr);
+    expectEntityClassFoundByName<PwDbPolyline>(u"PwDbPolyline");
 }
 
 }  // namespace

@@ -4,61 +4,22 @@
 
 #include <gtest/gtest.h>
 
-#include <limits>
 #include <memory>
 #include <utility>
 
 #include "toolkit/core/PwString.h"
-#include "toolkit/db/PwDbBlockTable.h"
 #include "toolkit/db/PwDbDatabase.h"
 #include "toolkit/db/PwDbMemoryFiler.h"
 #include "toolkit/pal/PwHeapFaults.h"
-#include "toolkit/rx/PwRxClass.h"
+
+#include "PwDbEntityTestSupport.h"
 
 namespace {
 
-using Plotwright::StatusFilerError;
-using Plotwright::StatusInvalidInput;
-using Plotwright::StatusNotOpenForWrite;
-using Plotwright::StatusOk;
-
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
-constexpr double kInf = std::numeric_limits<double>::infinity();
+using namespace pwdbtest;
 
 // Longer than a PwString holds inside itself, so that copying it takes a heap block.
 constexpr const char16_t* kLongText = u"Erdgeschoss Grundriss, Achsen A bis F, Maßstab 1:100";
-
-// Adds `entity` to the model space and closes it; on failure the entity is deleted and the
-// id is null.
-PwDbObjectId appendToModelSpace(PwDbDatabase& database, PwDbEntity* entity) {
-    PwDbObjectId id;
-    PwDbBlockTableRecord* space = nullptr;
-    if (pwdbOpenObject(space, database.modelSpaceId(), PwDb::OpenForWrite) != StatusOk) {
-        delete entity;
-        return id;
-    }
-    if (space->appendPwDbEntity(id, entity) == StatusOk) {
-        entity->close();
-    } else {
-        delete entity;
-        id = PwDbObjectId();
-    }
-    space->close();
-    return id;
-}
-
-void copyLeadingItems(const PwDbMemoryFiler& source, size_t count, PwDbMemoryFiler& target) {
-    for (size_t i = 0; i < count && i < source.items().size(); ++i) {
-        target.append(source.items()[i]);
-    }
-}
-
-void copyReplacing(const PwDbMemoryFiler& source, size_t index, PwDbMemoryFiler::Item item,
-                   PwDbMemoryFiler& target) {
-    for (size_t i = 0; i < source.items().size(); ++i) {
-        target.append(i == index ? item : source.items()[i]);
-    }
-}
 
 std::unique_ptr<PwDbText> makeText(double offset, const char16_t* text = u"Section A-A") {
     auto entity = std::make_unique<PwDbText>();
@@ -70,19 +31,14 @@ std::unique_ptr<PwDbText> makeText(double offset, const char16_t* text = u"Secti
 }
 
 void expectSame(const PwDbText& actual, const PwDbText& expected) {
-    EXPECT_EQ(actual.ownerId(), expected.ownerId());
-    EXPECT_EQ(actual.layerId(), expected.layerId());
-    EXPECT_EQ(actual.colorIndex(), expected.colorIndex());
+    expectSameEntity(actual, expected);
     EXPECT_EQ(actual.position(), expected.position());
     EXPECT_EQ(actual.height(), expected.height());
     EXPECT_EQ(actual.rotation(), expected.rotation());
     EXPECT_EQ(wstring(actual.textString()), wstring(expected.textString()));
 }
 
-class PwDbTextHeap : public testing::Test {
-  protected:
-    void TearDown() override { pwHeapFailReset(); }
-};
+class PwDbTextHeap : public pwdbtest::HeapFaultTest {};
 
 TEST(PwDbText, StartsEmptyWithHeightOne) {
     PwDbText text;
@@ -179,25 +135,7 @@ TEST(PwDbText, ClosedTextRefusesChangesUntilOpenedForWrite) {
 
 TEST(PwDbText, RoundTripsThroughAFiler) {
     PwDbDatabase database;
-    auto made = makeText(1, kLongText);
-    ASSERT_EQ(made->setColorIndex(7), StatusOk);
-    const PwDbObjectId id = appendToModelSpace(database, made.release());
-    PwDbText* text = nullptr;
-    ASSERT_EQ(pwdbOpenObject(text, id, PwDb::OpenForRead), StatusOk);
-
-    PwDbMemoryFiler filer(&database);
-    ASSERT_EQ(text->plwOutFields(&filer), StatusOk);
-    std::unique_ptr<PwDbText> read(static_cast<PwDbText*>(PwDbText::desc()->create()));
-    ASSERT_NE(read, nullptr);
-    ASSERT_EQ(read->plwInFields(&filer), StatusOk);
-    EXPECT_EQ(filer.remaining(), 0u);
-    expectSame(*read, *text);
-
-    std::unique_ptr<PwDbObject> copy(text->clone());
-    ASSERT_NE(copy, nullptr);
-    ASSERT_EQ(copy->runtimeClass(), PwDbText::desc());
-    expectSame(*static_cast<PwDbText*>(copy.get()), *text);
-    EXPECT_EQ(text->close(), StatusOk);
+    expectRoundTripInDrawing(database, makeText(1, kLongText), 7, expectSame);
 }
 
 TEST(PwDbText, EmptyTextRoundTrips) {
@@ -210,17 +148,8 @@ TEST(PwDbText, EmptyTextRoundTrips) {
 }
 
 TEST(PwDbText, ShortenedDataIsRefused) {
-    const auto source = makeText(0);
-    PwDbMemoryFiler full;
-    ASSERT_EQ(source->plwOutFields(&full), StatusOk);
-    for (size_t keep = 0; keep < full.items().size(); ++keep) {
-        SCOPED_TRACE(keep);
-        PwDbMemoryFiler shortened;
-        copyLeadingItems(full, keep, shortened);
-        const auto target = makeText(100, kLongText);
-        EXPECT_EQ(target->plwInFields(&shortened), StatusFilerError);
-        expectSame(*target, *makeText(100, kLongText));
-    }
+    expectEveryShortenedFormRefused(
+        *makeText(0), [] { return makeText(100, kLongText); }, expectSame);
 }
 
 TEST(PwDbText, StoredValuesAreCheckedLikeSetterValues) {
@@ -235,25 +164,13 @@ TEST(PwDbText, StoredValuesAreCheckedLikeSetterValues) {
         {count - 3, int32_t{2}}};                   // an integer where the height belongs
     for (const auto& [index, item] : breaks) {
         SCOPED_TRACE(index);
-        PwDbMemoryFiler bad;
-        copyReplacing(full, index, item, bad);
-        const auto target = makeText(100);
-        EXPECT_EQ(target->plwInFields(&bad), StatusFilerError);
-        expectSame(*target, *makeText(100));
+        expectChangedFormRefused(
+            full, index, item, [] { return makeText(100); }, expectSame);
     }
 }
 
 TEST(PwDbText, ClassDerivesFromTheEntityAndIsFoundByName) {
-    PwDbText text;
-    EXPECT_EQ(text.runtimeClass(), PwDbText::desc());
-    EXPECT_EQ(wstring(text.runtimeClass()->name()), u"PwDbText");
-    EXPECT_TRUE(text.isKindOf(PwDbEntity::desc()));
-    EXPECT_TRUE(text.isKindOf(PwDbObject::desc()));
-    EXPECT_EQ(PwDbText::desc()->myParent(), PwDbEntity::desc());
-    EXPECT_EQ(pwrxFindClass(u"PwDbText"), PwDbText::desc());
-    std::unique_ptr<PwRxObject> made(pwrxFindClass(u"PwDbText")->create());
-    ASSERT_NE(made, nullptr);
-    EXPECT_NE(PwDbText::cast(made.get()), nullptr);
+    expectEntityClassFoundByName<PwDbText>(u"PwDbText");
 }
 
 }  // namespace

@@ -190,10 +190,7 @@ PwDbBlockTableIterator::~PwDbBlockTableIterator() = default;
 Plotwright::ErrorStatus PwDbBlockTableIterator::getRecord(PwDbBlockTableRecord*& record,
                                                           PwDb::OpenMode mode,
                                                           bool openErased) const {
-    record = nullptr;
-    PwDbObjectId id;
-    if (auto status = getRecordId(id)) return status;
-    return pwdbOpenObject(record, id, mode, openErased);
+    return getTypedRecord(record, mode, openErased);
 }
 
 PwDbBlockTable::PwDbBlockTable() = default;
@@ -206,17 +203,12 @@ PwRxClass* PwDbBlockTable::recordClass() const {
 
 Plotwright::ErrorStatus PwDbBlockTable::getAt(const char16_t* name, PwDbBlockTableRecord*& record,
                                               PwDb::OpenMode mode, bool openErased) const {
-    record = nullptr;
-    PwDbObjectId id;
-    if (auto status = getIdAt(name, id, openErased)) return status;
-    return pwdbOpenObject(record, id, mode, openErased);
+    return getTypedAt(name, record, mode, openErased);
 }
 
 Plotwright::ErrorStatus PwDbBlockTable::newIterator(PwDbBlockTableIterator*& iterator,
                                                     bool atBeginning, bool skipErased) const {
-    iterator = new PwDbBlockTableIterator(recordIds());
-    iterator->start(atBeginning, skipErased);
-    return Plotwright::StatusOk;
+    return newTypedIterator(iterator, atBeginning, skipErased);
 }
 
 PwDbSymbolTableIterator* PwDbBlockTable::makeIterator(std::vector<PwDbObjectId> ids) const {

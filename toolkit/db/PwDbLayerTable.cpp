@@ -118,10 +118,7 @@ PwDbLayerTableIterator::~PwDbLayerTableIterator() = default;
 Plotwright::ErrorStatus PwDbLayerTableIterator::getRecord(PwDbLayerTableRecord*& record,
                                                           PwDb::OpenMode mode,
                                                           bool openErased) const {
-    record = nullptr;
-    PwDbObjectId id;
-    if (auto status = getRecordId(id)) return status;
-    return pwdbOpenObject(record, id, mode, openErased);
+    return getTypedRecord(record, mode, openErased);
 }
 
 PwDbLayerTable::PwDbLayerTable() = default;
@@ -134,17 +131,12 @@ PwRxClass* PwDbLayerTable::recordClass() const {
 
 Plotwright::ErrorStatus PwDbLayerTable::getAt(const char16_t* name, PwDbLayerTableRecord*& record,
                                               PwDb::OpenMode mode, bool openErased) const {
-    record = nullptr;
-    PwDbObjectId id;
-    if (auto status = getIdAt(name, id, openErased)) return status;
-    return pwdbOpenObject(record, id, mode, openErased);
+    return getTypedAt(name, record, mode, openErased);
 }
 
 Plotwright::ErrorStatus PwDbLayerTable::newIterator(PwDbLayerTableIterator*& iterator,
                                                     bool atBeginning, bool skipErased) const {
-    iterator = new PwDbLayerTableIterator(recordIds());
-    iterator->start(atBeginning, skipErased);
-    return Plotwright::StatusOk;
+    return newTypedIterator(iterator, atBeginning, skipErased);
 }
 
 PwDbSymbolTableIterator* PwDbLayerTable::makeIterator(std::vector<PwDbObjectId> ids) const {

@@ -5,6 +5,7 @@
 
 #include "toolkit/db/PwDbDatabase.h"
 #include "toolkit/db/PwDbMemoryFiler.h"
+#include "toolkit/db/PwDbProxyObject.h"
 #include "toolkit/db/PwDbStub.h"
 
 PWRX_DEFINE_MEMBERS(PwDbObject, PwRxObject, u"PwDbObject");
@@ -113,6 +114,12 @@ PwDbObject* PwDbObject::clone() const {
         copy->plwInFields(&filer) != Plotwright::StatusOk) {
         delete copy;
         return nullptr;
+    }
+    // A proxy's class is not part of its data: it goes along by hand.
+    if (const auto* proxy = PwDbProxyObject::cast(this)) {
+        PwDbProxyObject::cast(copy)->setProxiedClassChain(proxy->proxiedClassChain());
+    } else if (const auto* proxyEntity = PwDbProxyEntity::cast(this)) {
+        PwDbProxyEntity::cast(copy)->setProxiedClassChain(proxyEntity->proxiedClassChain());
     }
     copy->m_modified = false;
     return copy;

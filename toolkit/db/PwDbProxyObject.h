@@ -29,43 +29,38 @@ struct PwDbProxiedData {
     Plotwright::ErrorStatus takeRest(PwDbPlwFiler* filer);
 };
 
-class PwDbProxyObject : public PwDbObject {
-    PWRX_DECLARE_MEMBERS(PwDbProxyObject);
-
+/// What proxy objects and proxy entities share, over the known base class they read.
+template <class Base>
+class PwDbProxyOf : public Base {
   public:
-    PwDbProxyObject();
-    ~PwDbProxyObject() override;
-
     /// The name of the class the proxy stands for; "" when it was never set.
-    virtual const char16_t* proxiedClassName() const;
+    virtual const char16_t* proxiedClassName() const {
+        return m_data.classChain.empty() ? u"" : m_data.classChain.front().c_str();
+    }
     const std::vector<wstring>& proxiedClassChain() const { return m_data.classChain; }
     void setProxiedClassChain(std::vector<wstring> chain) { m_data.classChain = std::move(chain); }
-    /// The kept items beyond the PwDbObject part.
+    /// The kept items beyond the part of the known base class.
     const PwDbMemoryFiler& proxiedData() const { return m_data.rest; }
 
-    Plotwright::ErrorStatus plwInFields(PwDbPlwFiler* filer) override;
-    Plotwright::ErrorStatus plwOutFields(PwDbPlwFiler* filer) const override;
+    Plotwright::ErrorStatus plwInFields(PwDbPlwFiler* filer) override {
+        if (auto status = Base::plwInFields(filer)) return status;
+        return m_data.takeRest(filer);
+    }
+    Plotwright::ErrorStatus plwOutFields(PwDbPlwFiler* filer) const override {
+        if (auto status = Base::plwOutFields(filer)) return status;
+        return m_data.rest.copyTo(*filer);
+    }
 
   private:
     PwDbProxiedData m_data;
 };
 
-class PwDbProxyEntity : public PwDbEntity {
+/// An object of a class this process lacks.
+class PwDbProxyObject : public PwDbProxyOf<PwDbObject> {
+    PWRX_DECLARE_MEMBERS(PwDbProxyObject);
+};
+
+/// An entity of a class this process lacks; its layer and colour are understood.
+class PwDbProxyEntity : public PwDbProxyOf<PwDbEntity> {
     PWRX_DECLARE_MEMBERS(PwDbProxyEntity);
-
-  public:
-    PwDbProxyEntity();
-    ~PwDbProxyEntity() override;
-
-    /// The name of the entity class the proxy stands for.
-    virtual const char16_t* proxiedClassName() const;
-    const std::vector<wstring>& proxiedClassChain() const { return m_data.classChain; }
-    void setProxiedClassChain(std::vector<wstring> chain) { m_data.classChain = std::move(chain); }
-    const PwDbMemoryFiler& proxiedData() const { return m_data.rest; }
-
-    Plotwright::ErrorStatus plwInFields(PwDbPlwFiler* filer) override;
-    Plotwright::ErrorStatus plwOutFields(PwDbPlwFiler* filer) const override;
-
-  private:
-    PwDbProxiedData m_data;
 };

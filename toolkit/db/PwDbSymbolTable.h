@@ -120,6 +120,16 @@ class PwDbSymbolTableIterator {
   protected:
     explicit PwDbSymbolTableIterator(std::vector<PwDbObjectId> ids);
 
+    /// Opens the record as a T, for the typed iterators' getRecord: StatusIteratorDone (and
+    /// null) when done, else the status of the open.
+    template <class T>
+    Plotwright::ErrorStatus getTypedRecord(T*& record, PwDb::OpenMode mode, bool openErased) const {
+        record = nullptr;
+        PwDbObjectId id;
+        if (auto status = getRecordId(id)) return status;
+        return pwdbOpenObject(record, id, mode, openErased);
+    }
+
   private:
     friend class PwDbSymbolTable;
     PwDbObjectIdCursor m_cursor;
@@ -175,6 +185,28 @@ class PwDbSymbolTable : public PwDbObject {
     virtual PwDbSymbolTableIterator* makeIterator(std::vector<PwDbObjectId> ids) const;
     /// The record ids in table order.
     const std::vector<PwDbObjectId>& recordIds() const { return m_records; }
+
+    /// Opens the record `name` as a T, looked up as getIdAt (erased ones only with
+    /// `openErased`); on failure `record` is null.
+    template <class T>
+    Plotwright::ErrorStatus getTypedAt(const char16_t* name, T*& record, PwDb::OpenMode mode,
+                                       bool openErased) const {
+        record = nullptr;
+        PwDbObjectId id;
+        if (auto status = getIdAt(name, id, openErased)) return status;
+        return pwdbOpenObject(record, id, mode, openErased);
+    }
+    /// A new iterator over a snapshot of the records, started, as an `Iterator`: the typed
+    /// tables' newIterator. makeIterator gives the typed iterator of the table's kind.
+    template <class Iterator>
+    Plotwright::ErrorStatus newTypedIterator(Iterator*& iterator, bool atBeginning,
+                                             bool skipErased) const {
+        PwDbSymbolTableIterator* made = nullptr;
+        const Plotwright::ErrorStatus status =
+            PwDbSymbolTable::newIterator(made, atBeginning, skipErased);
+        iterator = static_cast<Iterator*>(made);
+        return status;
+    }
 
   private:
     friend class PwDbSymbolTableRecord;

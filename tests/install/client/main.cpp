@@ -23,9 +23,23 @@ int PrintReadError(const char16_t* locale) {
 
 }  // namespace
 
+// The toolkit through the installed headers: a drawing built from nothing.
+int BuildDrawing() {
+    auto drawing = PwDbAuthoring::createDrawing();
+    PwDbObjectId walls;
+    if (PwDbAuthoring::addLayer(*drawing, u"Walls", {}, &walls) != Plotwright::StatusOk) return 1;
+    if (PwDbAuthoring::addLine(*drawing, drawing->modelSpaceId(), {0, 0, 0}, {1, 0, 0}, walls) !=
+        Plotwright::StatusOk) {
+        return 1;
+    }
+    PwDbObjectPointer<PwDbLayerTableRecord> layer(walls, PwDb::OpenForRead);
+    return layer.openStatus() == Plotwright::StatusOk && layer->isInUse() ? 0 : 1;
+}
+
 int main(int argc, char** argv) {
     // Texts keep the language of their first load, so each language gets its own process.
     if (argc > 1) return PrintReadError(std::string(argv[1]) == "de" ? u"de-DE" : u"en-US");
+    if (BuildDrawing() != 0) return 1;
     const std::string self = argv[0];
     if (std::system((self + " en").c_str()) != 0) return 1;
     return std::system((self + " de").c_str()) == 0 ? 0 : 1;
