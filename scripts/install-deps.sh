@@ -4,7 +4,7 @@ set -euo pipefail
 
 packages=(
     cmake ninja-build g++ clang-14 libclang-rt-14-dev
-    libicu-dev libboost-dev
+    libicu-dev libboost-dev zlib1g-dev
     libgtest-dev libgmock-dev libbenchmark-dev
     libcli11-dev nlohmann-json3-dev
 )
