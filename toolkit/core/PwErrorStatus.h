@@ -63,6 +63,11 @@ enum ErrorStatus : int32_t {
     StatusServiceNotFound = 38,
     /// The object id does not name a live object (its database is gone or never held it).
     StatusInvalidObjectId = 39,
+    /// Another holder has the file open in a way that forbids this use (a save over a file
+    /// that is being read under a lock).
+    StatusFileInUse = 40,
+    /// The operating system failed a read, write, flush or rename.
+    StatusFileIOError = 41,
     /// The file does not exist.
     StatusFileNotFound = 76,
     /// The file is not in a format the toolkit can read.

@@ -27,6 +27,13 @@ enum XrefStatus : int {
     XrefFilePresentUnresolved = 5,
 };
 
+/// The format versions of drawing files: 16 (oldest) to 33 (newest); 0 is none.
+enum PwDbPlwVersion : int {
+    PwDbPlwVersionNone = 0,
+    PwDbPlwVersionOldest = 16,
+    PwDbPlwVersionCurrent = 33,
+};
+
 /// Units of a drawing.
 enum MeasurementValue : int {
     Imperial = 0,

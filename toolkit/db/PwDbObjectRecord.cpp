@@ -49,6 +49,7 @@ Plotwright::ErrorStatus pwdbRecordObject(const PwDbObject& object, PwDbObjectRec
     if (auto status = object.plwOutFields(&filer)) return status;
     record.classChain = ChainOf(object);
     record.handle = object.handle();
+    record.erased = object.isErased();
     record.data = filer.items();
     return Plotwright::StatusOk;
 }
@@ -68,5 +69,6 @@ Plotwright::ErrorStatus pwdbObjectFromRecord(const PwDbObjectRecord& record, PwD
     if (filer.remaining() != 0) return Plotwright::StatusFilerError;
     if (auto status = database->addPwDbObjectWithHandle(made.get(), record.handle)) return status;
     object = made.release();
+    if (record.erased) object->erase();
     return Plotwright::StatusOk;
 }

@@ -18,6 +18,9 @@ struct PwDbObjectRecord {
     /// The object's class and its bases, most derived first, ending with "PwDbObject".
     std::vector<wstring> classChain;
     PwDbHandle handle = 0;
+    /// The object is erased. Erased objects are kept in files so that every id a drawing
+    /// holds names an object after reading, and handles stay what they were.
+    bool erased = false;
     /// What the object's plwOutFields wrote.
     std::vector<PwDbMemoryFiler::Item> data;
 };
@@ -26,8 +29,8 @@ struct PwDbObjectRecord {
 /// handle and its persistent data.
 Plotwright::ErrorStatus pwdbRecordObject(const PwDbObject& object, PwDbObjectRecord& record);
 
-/// Makes the object of `record` and adds it to `database` under the record's handle; it comes
-/// back open for write, and the caller closes it. A class this process lacks (or can't make by
+/// Makes the object of `record` and adds it to `database` under the record's handle (erased
+/// when the record says so); it comes back open for write, and the caller closes it. A class this process lacks (or can't make by
 /// name) gives a PwDbProxyEntity when the chain names PwDbEntity, else a PwDbProxyObject.
 /// StatusFilerError for a chain without "PwDbObject" or data that doesn't read; nothing is
 /// added to the database then.

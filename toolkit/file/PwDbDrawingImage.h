@@ -60,7 +60,7 @@ struct PwDbDrawingImage {
     PwDbDrawingRoots roots;
     std::vector<PwDbAppInfoEntry> appInfo;
     std::optional<PwDbPreviewImage> preview;
-    /// Every object of the drawing, erased ones left out.
+    /// Every object of the drawing, erased ones included and marked.
     std::vector<PwDbObjectRecord> objects;
 };
 

@@ -1,0 +1,237 @@
+// Files over the operating system, through the replaceable table of file-system calls.
+#include "toolkit/pal/PwFileIO.h"
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <optional>
+
+#include "lodeutil/FileSystem.h"
+#include "toolkit/pal/PwFileSystemCalls.h"
+
+namespace Morvane::Plotwright::PAL::FileIO {
+namespace {
+
+using ::Plotwright::ErrorStatus;
+
+ErrorStatus StatusOfErrno(int error) {
+    switch (error) {
+        case ENOENT:
+        case ENOTDIR:
+            return ::Plotwright::StatusFileNotFound;
+        case EACCES:
+        case EPERM:
+        case EWOULDBLOCK:
+            return ::Plotwright::StatusSecurityAccessDenied;
+        case ENAMETOOLONG:
+            return ::Plotwright::StatusInvalidInput;
+        default:
+            return ::Plotwright::StatusFileIOError;
+    }
+}
+
+int OpenFlags(FileOpenMode openMode, FileCreationMode creationMode) {
+    int flags = O_CLOEXEC;
+    if (openMode == kOpenForRead)
+        flags |= O_RDONLY;
+    else if (openMode == kOpenForWrite)
+        flags |= O_WRONLY;
+    else
+        flags |= O_RDWR;
+    if (creationMode == kCreateAlways) flags |= O_CREAT | O_TRUNC;
+    if (creationMode == kCreateNew) flags |= O_CREAT | O_EXCL;
+    return flags;
+}
+
+std::optional<int> LockOperation(FileShareMode shareMode) {
+    if (shareMode == kShareAll) return std::nullopt;
+    return (shareMode == kShareExclusive ? LOCK_EX : LOCK_SH) | LOCK_NB;
+}
+
+std::string DirectoryOf(const std::string& path) {
+    const size_t slash = path.find_last_of('/');
+    if (slash == std::string::npos) return ".";
+    return slash == 0 ? "/" : path.substr(0, slash);
+}
+
+bool WriteAll(int fd, std::string_view bytes) {
+    const PwFileSystemCalls& calls = pwFileSystemCalls();
+    while (!bytes.empty()) {
+        const ssize_t written = calls.write(fd, bytes.data(), bytes.size());
+        if (written < 0 && errno == EINTR) continue;
+        if (written <= 0) return false;
+        bytes.remove_prefix(static_cast<size_t>(written));
+    }
+    return true;
+}
+
+// A new file beside `target`, opened for writing; its name goes to `name`.
+int CreateSibling(const std::string& target, std::string& name) {
+    const PwFileSystemCalls& calls = pwFileSystemCalls();
+    const std::string folder = DirectoryOf(target);
+    const std::string base = target.substr(target.find_last_of('/') + 1);
+    for (int attempt = 0; attempt < 100; ++attempt) {
+        name = folder + "/." + base + "." + std::to_string(getpid()) + "." +
+               std::to_string(attempt) + ".tmp";
+        const int fd = calls.open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+        if (fd >= 0 || errno != EEXIST) return fd;
+    }
+    errno = EEXIST;
+    return -1;
+}
+
+void SyncFolderOf(const std::string& path) {
+    const PwFileSystemCalls& calls = pwFileSystemCalls();
+    const int fd = calls.open(DirectoryOf(path).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC, 0);
+    if (fd < 0) return;
+    calls.fsync(fd);
+    calls.close(fd);
+}
+
+}  // namespace
+
+struct File::Handle {
+    int fd = -1;
+    ~Handle() {
+        // Closing the descriptor also releases its lock.
+        if (fd >= 0) pwFileSystemCalls().close(fd);
+    }
+};
+
+File::File() = default;
+
+File File::nullFile() {
+    return File();
+}
+
+File File::openFile(const char16_t* path, FileCharType charType, FileOpenMode openMode,
+                    FileShareMode shareMode, FileCreationMode creationMode) {
+    File file;
+    const std::optional<std::string> native =
+        path != nullptr ? LodeUtil::NativePath(path) : std::nullopt;
+    if (charType != kWideChars || !native) return file;
+    const PwFileSystemCalls& calls = pwFileSystemCalls();
+    auto handle = std::make_shared<Handle>();
+    handle->fd = calls.open(native->c_str(), OpenFlags(openMode, creationMode), 0666);
+    if (handle->fd < 0) {
+        file.m_status = StatusOfErrno(errno);
+        return file;
+    }
+    if (const std::optional<int> lock = LockOperation(shareMode)) {
+        if (calls.flock(handle->fd, *lock) != 0) {
+            file.m_status = StatusOfErrno(errno);
+            return file;
+        }
+    }
+    file.m_handle = std::move(handle);
+    file.m_status = ::Plotwright::StatusOk;
+    return file;
+}
+
+bool File::readFromFile(void* destination, uint32_t maxCount, uint32_t& readCount) const {
+    readCount = 0;
+    if (!m_handle || (destination == nullptr && maxCount > 0)) return false;
+    ssize_t got;
+    do {
+        got = pwFileSystemCalls().read(m_handle->fd, destination, maxCount);
+    } while (got < 0 && errno == EINTR);
+    if (got < 0) return false;
+    readCount = static_cast<uint32_t>(got);
+    return true;
+}
+
+bool File::writeToFile(const void* source, uint32_t count) const {
+    if (!m_handle || (source == nullptr && count > 0)) return false;
+    return WriteAll(m_handle->fd, std::string_view(static_cast<const char*>(source), count));
+}
+
+bool File::seek(int64_t offset, FileSeekAnchor anchor) const {
+    if (!m_handle) return false;
+    const int whence = anchor == kSeekFromStart ? SEEK_SET
+                       : anchor == kSeekFromEnd ? SEEK_END
+                                                : SEEK_CUR;
+    return pwFileSystemCalls().lseek(m_handle->fd, static_cast<off_t>(offset), whence) >= 0;
+}
+
+int64_t File::size() const {
+    struct stat status {};
+    if (!m_handle || pwFileSystemCalls().fstat(m_handle->fd, &status) != 0) return -1;
+    return static_cast<int64_t>(status.st_size);
+}
+
+bool File::flush() const {
+    return m_handle && pwFileSystemCalls().fsync(m_handle->fd) == 0;
+}
+
+ErrorStatus ReadWholeFile(const char16_t* path, FileShareMode shareMode, std::string& bytes,
+                          File* keepOpen, uint64_t maxSize) {
+    File file = File::openFile(path, kWideChars, kOpenForRead, shareMode, kOpenExisting);
+    if (file.openStatus() != ::Plotwright::StatusOk) return file.openStatus();
+    const int64_t size = file.size();
+    if (size < 0) return ::Plotwright::StatusFileIOError;
+    if (static_cast<uint64_t>(size) > maxSize) return ::Plotwright::StatusBadFileFormat;
+    std::string content(static_cast<size_t>(size), '\0');
+    size_t filled = 0;
+    while (filled < content.size()) {
+        uint32_t got = 0;
+        const size_t wanted = std::min<size_t>(content.size() - filled, uint32_t{1} << 30);
+        if (!file.readFromFile(content.data() + filled, static_cast<uint32_t>(wanted), got)) {
+            return ::Plotwright::StatusFileIOError;
+        }
+        if (got == 0) break;  // the file shrank while being read
+        filled += got;
+    }
+    content.resize(filled);
+    bytes.swap(content);
+    if (keepOpen != nullptr) *keepOpen = file;
+    return ::Plotwright::StatusOk;
+}
+
+ErrorStatus ReplaceFileAtomically(const char16_t* path, std::string_view bytes) {
+    const std::optional<std::string> target =
+        path != nullptr ? LodeUtil::NativePath(path) : std::nullopt;
+    if (!target) return ::Plotwright::StatusInvalidInput;
+    const PwFileSystemCalls& calls = pwFileSystemCalls();
+    std::string temporary;
+    const int fd = CreateSibling(*target, temporary);
+    if (fd < 0) return StatusOfErrno(errno);
+    const bool written = WriteAll(fd, bytes) && calls.fsync(fd) == 0;
+    calls.close(fd);
+    if (!written) {
+        calls.unlink(temporary.c_str());
+        return ::Plotwright::StatusFileIOError;
+    }
+    // A reader that holds the old file under a lock forbids replacing it.
+    const int old = calls.open(target->c_str(), O_RDONLY | O_CLOEXEC, 0);
+    if (old >= 0 && calls.flock(old, LOCK_EX | LOCK_NB) != 0) {
+        calls.close(old);
+        calls.unlink(temporary.c_str());
+        return ::Plotwright::StatusFileInUse;
+    }
+    const bool renamed = calls.rename(temporary.c_str(), target->c_str()) == 0;
+    const int renameError = errno;
+    if (old >= 0) calls.close(old);
+    if (!renamed) {
+        calls.unlink(temporary.c_str());
+        return StatusOfErrno(renameError) == ::Plotwright::StatusSecurityAccessDenied
+                   ? ::Plotwright::StatusSecurityAccessDenied
+                   : ::Plotwright::StatusFileIOError;
+    }
+    SyncFolderOf(*target);
+    return ::Plotwright::StatusOk;
+}
+
+bool SameFile(const char16_t* a, const char16_t* b) {
+    const std::optional<std::string> first = a ? LodeUtil::NativePath(a) : std::nullopt;
+    const std::optional<std::string> second = b ? LodeUtil::NativePath(b) : std::nullopt;
+    struct stat one {
+    }, two{};
+    return first && second && ::stat(first->c_str(), &one) == 0 &&
+           ::stat(second->c_str(), &two) == 0 && one.st_dev == two.st_dev &&
+           one.st_ino == two.st_ino;
+}
+
+}  // namespace Morvane::Plotwright::PAL::FileIO

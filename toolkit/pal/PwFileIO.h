@@ -1,0 +1,91 @@
+// The toolkit's files: Morvane::Plotwright::PAL::FileIO::File, a small value that stands for
+// an open file or for none, and the atomic replacement of a file's contents.
+//
+//   using namespace Morvane::Plotwright::PAL::FileIO;
+//   File file = File::openFile(u"/srv/a.plw", kWideChars, kOpenForRead, kShareRead,
+//                              kOpenExisting);
+//   if (file.openStatus() == ::Plotwright::StatusOk) {
+//       uint32_t got = 0;
+//       file.readFromFile(buffer, sizeof buffer, got);
+//   }                                           // the last copy closes the file
+//
+// Sharing between processes rests on advisory locks (flock), which every reader and writer of
+// the toolkit takes: kShareExclusive holds an exclusive lock, kShareRead a shared one, and
+// kShareAll none. An open whose lock another process's lock forbids fails at once with
+// StatusSecurityAccessDenied. Paths are UTF-16; a backslash counts as '/'.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "lodeutil/WideString.h"
+#include "toolkit/core/PwErrorStatus.h"
+
+namespace Morvane::Plotwright::PAL::FileIO {
+
+/// How the name is given: only wide names (UTF-16) are taken.
+enum FileCharType { kNarrowChars = 0, kWideChars = 1 };
+enum FileOpenMode { kOpenForRead = 1, kOpenForWrite = 2, kOpenForReadWrite = 3 };
+/// What others may do while this file is open: nothing (an exclusive lock), read (a shared
+/// lock; value 1 is taken alike), or anything (no lock).
+enum FileShareMode { kShareExclusive = 0, kShareReadOnly = 1, kShareRead = 2, kShareAll = 3 };
+enum FileCreationMode { kOpenExisting = 0, kCreateAlways = 1, kCreateNew = 2 };
+enum FileSeekAnchor { kSeekFromStart = 0, kSeekFromCurrent = 1, kSeekFromEnd = 2 };
+
+class File {
+  public:
+    /// The null file.
+    File();
+
+    /// Opens `path`. Failure shows in openStatus(): StatusFileNotFound for a missing file
+    /// (kOpenExisting), StatusSecurityAccessDenied when permission or another process's lock
+    /// forbids it, StatusInvalidInput for a name no file can have here, StatusFileIOError
+    /// otherwise.
+    static File openFile(const char16_t* path, FileCharType charType, FileOpenMode openMode,
+                         FileShareMode shareMode, FileCreationMode creationMode);
+    /// A file that stands for no file: reads and writes on it fail.
+    static File nullFile();
+
+    /// StatusOk while the object stands for an open file.
+    ::Plotwright::ErrorStatus openStatus() const { return m_status; }
+
+    /// Reads up to `maxCount` bytes from the current position; `readCount` says how many.
+    /// False on a failure (the count is then 0); the end of the file gives true and 0.
+    bool readFromFile(void* destination, uint32_t maxCount, uint32_t& readCount) const;
+    /// Writes all `count` bytes at the current position; false when not all could be.
+    bool writeToFile(const void* source, uint32_t count) const;
+    /// Sets the position; false for a null file or a refused position.
+    bool seek(int64_t offset, FileSeekAnchor anchor) const;
+    /// The file's size in bytes; -1 for a null file.
+    int64_t size() const;
+    /// Forces what was written to the disk.
+    bool flush() const;
+
+  private:
+    struct Handle;
+    std::shared_ptr<Handle> m_handle;
+    ::Plotwright::ErrorStatus m_status = ::Plotwright::StatusInvalidInput;
+};
+
+/// Reads the whole file at `path` into `bytes` under `shareMode`. With `keepOpen` the file
+/// stays open there (and so does its lock) until that File goes. Statuses as for openFile,
+/// and StatusFileIOError for a failed read. Files larger than `maxSize` are refused with
+/// StatusBadFileFormat before anything is read.
+::Plotwright::ErrorStatus ReadWholeFile(const char16_t* path, FileShareMode shareMode,
+                                        std::string& bytes, File* keepOpen = nullptr,
+                                        uint64_t maxSize = uint64_t{1} << 34);
+
+/// Replaces the contents of `path` by `bytes` so that at every moment the file holds either
+/// its old contents or all the new ones: the bytes go to a new file in the same folder, are
+/// flushed, and that file is renamed over `path`. When anything fails the new file is removed
+/// and `path` is left as it was. StatusFileInUse when another holder reads `path` under a
+/// lock; StatusInvalidInput for a name no file can have here; StatusFileIOError for a failed
+/// write, flush or rename; StatusSecurityAccessDenied when permission is refused.
+::Plotwright::ErrorStatus ReplaceFileAtomically(const char16_t* path, std::string_view bytes);
+
+/// True when `a` and `b` name the same existing file (same device and inode).
+bool SameFile(const char16_t* a, const char16_t* b);
+
+}  // namespace Morvane::Plotwright::PAL::FileIO
