@@ -1,0 +1,45 @@
+// The checksum and the text conversions of the native file codec's byte helpers.
+#include "toolkit/file/PwDbPlwBytes.h"
+
+#include <zlib.h>
+
+#include <algorithm>
+#include <limits>
+
+uint32_t pwdbPlwCrc32(std::string_view data) {
+    // zlib takes 32-bit lengths, so a payload past 4 GiB goes in pieces.
+    uLong crc = crc32(0L, Z_NULL, 0);
+    const auto* next = reinterpret_cast<const Bytef*>(data.data());
+    size_t left = data.size();
+    while (left > 0) {
+        const size_t piece = std::min<size_t>(left, std::numeric_limits<uInt>::max());
+        crc = crc32(crc, next, static_cast<uInt>(piece));
+        next += piece;
+        left -= piece;
+    }
+    return static_cast<uint32_t>(crc);
+}
+
+void PwDbPlwWriter::units(const wstring& text) {
+    if constexpr (std::endian::native == std::endian::little) {
+        m_bytes.append(reinterpret_cast<const char*>(text.data()), text.size() * 2);
+    } else {
+        for (char16_t unit : text) u16(static_cast<uint16_t>(unit));
+    }
+}
+
+bool PwDbPlwReader::units(uint64_t count, wstring& text) {
+    if (count > m_left / 2) return false;
+    const size_t size = static_cast<size_t>(count);
+    text.resize(size);
+    if constexpr (std::endian::native == std::endian::little) {
+        std::memcpy(text.data(), m_next, size * 2);
+    } else {
+        for (size_t i = 0; i < size; ++i) {
+            text[i] = static_cast<char16_t>(static_cast<uint8_t>(m_next[2 * i]) |
+                                            (static_cast<uint8_t>(m_next[2 * i + 1]) << 8));
+        }
+    }
+    advance(size * 2);
+    return true;
+}
