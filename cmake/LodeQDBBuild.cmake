@@ -6,6 +6,12 @@ if(LODEQDB_SANITIZE)
     add_link_options(-fsanitize=address,undefined)
 endif()
 
+if(LODEQDB_FUZZ)
+    add_compile_options(-fsanitize=fuzzer-no-link,address,undefined -fno-omit-frame-pointer
+                        -fno-sanitize-recover=undefined)
+    add_link_options(-fsanitize=address,undefined)
+endif()
+
 # Strict warnings for code we write; third-party headers come in as system headers.
 function(lodeqdb_warnings target)
     target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Werror)

@@ -7,6 +7,7 @@
 #include "toolkit/db/PwDbHostApplicationServices.h"
 #include "toolkit/db/PwDbObject.h"
 #include "toolkit/db/PwDbTransactionManager.h"
+#include "toolkit/file/PwDbDatabaseFileState.h"
 
 // Which layers entities use, worked out at most once per state of the drawing.
 struct PwDbDatabase::LayerUsage {
@@ -22,6 +23,9 @@ PwDbDatabase::PwDbDatabase(bool makeWorkingDatabase, bool noDocument)
         services->setWorkingDatabase(this);
     }
 }
+
+PwDbDatabase::PwDbDatabase(EmptyTag)
+    : m_transactions(std::make_unique<PwDbTransactionManager>(this)) {}
 
 PwDbDatabase::~PwDbDatabase() {
     // Transactions still running end first: they hold objects about to be deleted.
@@ -119,4 +123,33 @@ bool PwDbDatabase::isLayerUsedByEntities(PwDbObjectId layer) const {
         m_layerUsage = std::move(usage);
     }
     return m_layerUsage->used.count(layer) > 0;
+}
+
+void PwDbDatabase::swapContents(PwDbDatabase& other) {
+    std::swap(m_stubs, other.m_stubs);
+    std::swap(m_byHandle, other.m_byHandle);
+    std::swap(m_nextHandle, other.m_nextHandle);
+    std::swap(m_objectCount, other.m_objectCount);
+    std::swap(m_blockTable, other.m_blockTable);
+    std::swap(m_layerTable, other.m_layerTable);
+    std::swap(m_namedObjects, other.m_namedObjects);
+    std::swap(m_layoutDictionary, other.m_layoutDictionary);
+    std::swap(m_plotSettingsDictionary, other.m_plotSettingsDictionary);
+    std::swap(m_modelSpace, other.m_modelSpace);
+    std::swap(m_paperSpace, other.m_paperSpace);
+    std::swap(m_layerZero, other.m_layerZero);
+    std::swap(m_currentLayer, other.m_currentLayer);
+    std::swap(m_measurement, other.m_measurement);
+    // A deque swap keeps every element where it is, so ids stay valid; only the records'
+    // owner changes.
+    for (PwDbStub& stub : m_stubs) stub.database = this;
+    for (PwDbStub& stub : other.m_stubs) stub.database = &other;
+    m_layerUsage.reset();
+    other.m_layerUsage.reset();
+    noteChange();
+    other.noteChange();
+}
+
+void PwDbDatabase::setPreviewImage(const PwDbPreviewImage* image) {
+    m_preview = image ? std::make_unique<PwDbPreviewImage>(*image) : nullptr;
 }

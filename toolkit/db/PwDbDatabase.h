@@ -31,9 +31,24 @@ class PwDbBlockTable;
 class PwDbLayerTable;
 class PwDbDictionary;
 class PwDbTransactionManager;
+struct PwDbDrawingImage;
+struct PwDbPreviewImage;
 
 class PwDbDatabase {
   public:
+    /// How a file is held while and after the database reads it. Locks are advisory and
+    /// honoured by every reader and writer of the toolkit, in every process.
+    enum OpenMode : int {
+        /// Others may read the file but not replace it, until closeInput.
+        OpenModeShareRead = 1,
+        /// Others may neither read (under a lock) nor replace the file, until closeInput.
+        OpenModeExclusive = 2,
+        /// Others may do anything; the file is read under no lock.
+        OpenModeShareAll = 3,
+        /// Read everything now and hold nothing afterwards.
+        OpenModeAlternate = 4,
+    };
+
     /// An empty drawing. With `makeWorkingDatabase` the drawing becomes the host's working
     /// database when there is none. `noDocument` says that no document of a host application
     /// stands behind the drawing (the usual case for a service). The library passes false and
@@ -106,6 +121,55 @@ class PwDbDatabase {
     void setFilename(const wstring& path);
     bool isDocumentless() const { return m_noDocument; }
 
+    // --- Files ---------------------------------------------------------------------------
+
+    /// Reads the native drawing file `path` into this database, replacing everything it held
+    /// (objects, handles, settings). Statuses: StatusFileNotFound; StatusSecurityAccessDenied
+    /// when permission, or another process's exclusive hold, forbids reading;
+    /// StatusBadFileFormat for a file that isn't a sound drawing of a version that can be
+    /// read; StatusInvalidInput for a null path or an unknown mode. On failure the database
+    /// keeps what it held. `allowCodePageConversion` and `password` are accepted for callers
+    /// that pass them; drawings of this toolkit need neither.
+    Plotwright::ErrorStatus readPlwFile(const char16_t* path, OpenMode mode = OpenModeShareRead,
+                                        bool allowCodePageConversion = false,
+                                        const char16_t* password = nullptr);
+    /// Reads the exchange file `path` like readPlwFile in OpenModeAlternate. `logFile` is
+    /// accepted and not used.
+    Plotwright::ErrorStatus plxIn(const char16_t* path, const char16_t* logFile = nullptr);
+    /// Saves the drawing as a native file of `version` (16 to 33, else StatusNoSuchVersion),
+    /// replacing `path` atomically; a failed save leaves the old file as it was. With
+    /// `becomesDrawingFile` the saved file becomes the drawing's file (getFilename); without,
+    /// it is a copy. Saving over the file the database was read from is refused with
+    /// StatusFileInUse until closeInput, except in OpenModeAlternate.
+    Plotwright::ErrorStatus saveAs(const char16_t* path, bool becomesDrawingFile,
+                                   PwDb::PwDbPlwVersion version,
+                                   const void* securityParams = nullptr);
+    /// Saves the drawing as an exchange file of `version` with doubles written with
+    /// `precision` decimal places (0 to 17), atomically like saveAs. `withPreview` writes the
+    /// preview image too.
+    Plotwright::ErrorStatus plxOut(const char16_t* path, int precision,
+                                   PwDb::PwDbPlwVersion version, bool withPreview = false);
+    /// Ends the hold on the file the database was read from (its lock and its handle).
+    /// `closeFile` is accepted for callers that pass it; the hold always ends completely.
+    Plotwright::ErrorStatus closeInput(bool closeFile = true);
+    /// The version the drawing was last saved in by saveAs; PwDbPlwVersionNone until then.
+    PwDb::PwDbPlwVersion lastSavedAsVersion() const { return m_lastSavedVersion; }
+    /// The version of the file the drawing was read from; the current version for a drawing
+    /// made from nothing.
+    PwDb::PwDbPlwVersion originalFileVersion() const { return m_originalVersion; }
+
+    /// The preview image saved with the drawing; null when there is none.
+    const PwDbPreviewImage* previewImage() const { return m_preview.get(); }
+    void setPreviewImage(const PwDbPreviewImage* image);
+
+    /// The drawing as its files hold it, in `version`: every object that isn't erased, the
+    /// settings, the roots, the host's application identity and the preview.
+    Plotwright::ErrorStatus captureImage(PwDbDrawingImage& image, int32_t version) const;
+    /// Replaces everything the database holds by `image`. StatusBadFileFormat when the image
+    /// isn't a sound drawing (a record that can't be read, a root that is missing or of the
+    /// wrong class); the database then keeps what it held.
+    Plotwright::ErrorStatus loadImage(const PwDbDrawingImage& image);
+
     /// The manager of this drawing's transactions.
     PwDbTransactionManager* transactionManager() const;
 
@@ -115,8 +179,17 @@ class PwDbDatabase {
     void noteChange() { ++m_changeCount; }
 
   private:
+    struct EmptyTag {};
+    /// A database with nothing in it, to read a file into before it replaces a drawing.
+    explicit PwDbDatabase(EmptyTag);
+
     PwDbStub& newStub(PwDbHandle handle);
     void buildDefaultDrawing();
+    /// Takes over every object, record and setting of `other`, giving it this one's.
+    void swapContents(PwDbDatabase& other);
+    Plotwright::ErrorStatus readImage(const PwDbDrawingImage& image, const char16_t* path,
+                                      int32_t version);
+    bool inputForbidsSaving(const char16_t* path) const;
 
     std::deque<PwDbStub> m_stubs;
     std::unordered_map<PwDbHandle, PwDbStub*> m_byHandle;
@@ -142,4 +215,14 @@ class PwDbDatabase {
 
     struct LayerUsage;
     mutable std::unique_ptr<LayerUsage> m_layerUsage;
+
+    struct Input;
+    std::unique_ptr<Input> m_input;
+    PwDb::PwDbPlwVersion m_originalVersion = PwDb::PwDbPlwVersionCurrent;
+    PwDb::PwDbPlwVersion m_lastSavedVersion = PwDb::PwDbPlwVersionNone;
+    std::unique_ptr<PwDbPreviewImage> m_preview;
+    /// Application information entries read from a file that this toolkit doesn't write
+    /// itself; saved again as they were.
+    struct AppInfoKept;
+    std::unique_ptr<AppInfoKept> m_appInfoKept;
 };

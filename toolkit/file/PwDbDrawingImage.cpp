@@ -38,14 +38,14 @@ const char* pwdbSignatureForVersion(int32_t version) {
 }
 
 wstring pwdbGuidText(const PwDbGuidBytes& guid) {
-    const uint32_t first = guid[0] | (guid[1] << 8) | (guid[2] << 16) |
-                           (static_cast<uint32_t>(guid[3]) << 24);
+    const uint32_t first =
+        guid[0] | (guid[1] << 8) | (guid[2] << 16) | (static_cast<uint32_t>(guid[3]) << 24);
     const unsigned second = guid[4] | (guid[5] << 8);
     const unsigned third = guid[6] | (guid[7] << 8);
     char text[40];
     std::snprintf(text, sizeof text, "{%08X-%04X-%04X-%02X%02X-%02X%02X%02X%02X%02X%02X}",
-                  static_cast<unsigned>(first), second, third, guid[8], guid[9], guid[10],
-                  guid[11], guid[12], guid[13], guid[14], guid[15]);
+                  static_cast<unsigned>(first), second, third, guid[8], guid[9], guid[10], guid[11],
+                  guid[12], guid[13], guid[14], guid[15]);
     return LodeUtil::Utf16FromUtf8(text);
 }
 
@@ -55,9 +55,9 @@ bool pwdbParseGuidText(const wstring& text, PwDbGuidBytes& guid) {
     unsigned first = 0, second = 0, third = 0;
     unsigned last[8] = {};
     int consumed = 0;
-    const int converted = std::sscanf(
-        narrow.c_str(), "{%8x-%4x-%4x-%2x%2x-%2x%2x%2x%2x%2x%2x}%n", &first, &second, &third,
-        &last[0], &last[1], &last[2], &last[3], &last[4], &last[5], &last[6], &last[7], &consumed);
+    const int converted = std::sscanf(narrow.c_str(), "{%8x-%4x-%4x-%2x%2x-%2x%2x%2x%2x%2x%2x}%n",
+                                      &first, &second, &third, &last[0], &last[1], &last[2],
+                                      &last[3], &last[4], &last[5], &last[6], &last[7], &consumed);
     if (converted != 11 || consumed != 38) return false;
     std::array<uint8_t, 8> bytes{};
     for (int i = 0; i < 8; ++i) bytes[i] = static_cast<uint8_t>(last[i]);

@@ -1,0 +1,36 @@
+// make_fuzz_seeds FOLDER: writes small drawings in both formats as the fuzzers' seed corpus.
+#include <cstdio>
+#include <string>
+
+#include "lodeutil/Utf.h"
+#include "toolkit/db/PwDbAuthoring.h"
+
+int main(int argc, char** argv) {
+    if (argc != 2) {
+        std::fprintf(stderr, "usage: make_fuzz_seeds FOLDER\n");
+        return 2;
+    }
+    const std::string folder = argv[1];
+    auto drawing = PwDbAuthoring::createDrawing();
+    PwDbObjectId layer, block;
+    PwDbAuthoring::LayerOptions options;
+    options.frozen = true;
+    options.description = u"seed";
+    PwDbAuthoring::addLayer(*drawing, u"Walls", options, &layer);
+    PwDbAuthoring::addBlock(*drawing, u"Door", &block);
+    PwDbAuthoring::addLine(*drawing, block, {0, 0, 0}, {0, 9, 0}, layer);
+    PwDbAuthoring::addCircle(*drawing, drawing->modelSpaceId(), {1, 2, 3}, 4);
+    PwDbAuthoring::addText(*drawing, drawing->modelSpaceId(), {1, 1, 0}, 2.5, u"T\u00e4");
+    PwDbAuthoring::addBlockReference(*drawing, drawing->modelSpaceId(), block, {5, 5, 0});
+    PwDbAuthoring::addLayout(*drawing, u"Sheet", 2, 420, 297);
+    PwDbAuthoring::addPlotSettings(*drawing, u"Draft", false, 297, 210);
+    int written = 0;
+    for (int version : {16, 21, 24, 29, 33}) {
+        const std::string stem = folder + "/seed" + std::to_string(version);
+        const auto v = static_cast<PwDb::PwDbPlwVersion>(version);
+        written += drawing->saveAs(LodeUtil::Utf16FromUtf8(stem + ".plw").c_str(), false, v) == 0;
+        written += drawing->plxOut(LodeUtil::Utf16FromUtf8(stem + ".plx").c_str(), 16, v) == 0;
+    }
+    std::printf("%d seed files in %s\n", written, folder.c_str());
+    return written == 10 ? 0 : 1;
+}
