@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Builds LodeQDB from scratch and runs every test: the optimised build (the installed
 # package and its client included), then the whole suite under AddressSanitizer and
-# UndefinedBehaviorSanitizer.
+# UndefinedBehaviorSanitizer, then the file readers under libFuzzer for a minute each.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -14,3 +14,6 @@ for preset in release asan; do
     cmake --build --preset "${preset}"
     ctest --preset "${preset}"
 done
+
+echo "=== fuzz: the drawing readers under libFuzzer"
+./scripts/run-fuzzers.sh
