@@ -62,6 +62,9 @@
 #include "toolkit/db/PwDbSymbolUtilities.h"
 #include "toolkit/db/PwDbText.h"
 #include "toolkit/db/PwDbTransactionManager.h"
+#include "toolkit/file/PwDbDrawingImage.h"
+#include "toolkit/file/PwDbPreview.h"
+#include "toolkit/pal/PwFileIO.h"
 
 // Service library
 #include "platform/LodeExceptions.h"

@@ -5,16 +5,13 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <cerrno>
-#include <cstdlib>
-#include <fstream>
-#include <sstream>
 #include <string>
 
 #include "lodeutil/Utf.h"
+#include "support/TempFolderTest.h"
 #include "toolkit/pal/PwFileSystemCalls.h"
 
 namespace {
@@ -22,29 +19,10 @@ namespace {
 using namespace Morvane::Plotwright::PAL::FileIO;
 using Plotwright::StatusOk;
 
-class PwFileIO : public testing::Test {
+class PwFileIO : public lodeqdbtest::TempFolderTest {
   protected:
-    void SetUp() override {
-        char pattern[] = "/tmp/lodeqdb-fileio-XXXXXX";
-        ASSERT_NE(mkdtemp(pattern), nullptr);
-        folder = pattern;
-    }
-    void TearDown() override {
-        pwReplaceFileSystemCallsForTesting({});
-        std::system(("rm -rf '" + folder + "'").c_str());
-    }
-    wstring Path(const std::string& name) const {
-        return LodeUtil::Utf16FromUtf8(folder + "/" + name);
-    }
-    void Write(const std::string& name, const std::string& content) const {
-        std::ofstream(folder + "/" + name, std::ios::binary) << content;
-    }
-    std::string Read(const std::string& name) const {
-        std::ifstream in(folder + "/" + name, std::ios::binary);
-        std::stringstream all;
-        all << in.rdbuf();
-        return all.str();
-    }
+    PwFileIO() : TempFolderTest("lodeqdb-fileio") {}
+
     size_t EntriesInFolder() const {
         size_t count = 0;
         DIR* dir = opendir(folder.c_str());
@@ -54,17 +32,6 @@ class PwFileIO : public testing::Test {
         closedir(dir);
         return count;
     }
-    // Runs `body` in a child process and gives its exit code.
-    template <class Body>
-    static int InChildProcess(Body body) {
-        const pid_t child = fork();
-        if (child == 0) _exit(body());
-        int status = 0;
-        waitpid(child, &status, 0);
-        return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    }
-
-    std::string folder;
 };
 
 TEST_F(PwFileIO, MissingFileIsNotFound) {

@@ -1,19 +1,16 @@
 // Reading and saving drawings in both formats: round trips, header bytes, statuses, locks
 // between processes, and failed saves.
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <cerrno>
-#include <cstdlib>
 #include <cstring>
-#include <fstream>
 #include <random>
-#include <sstream>
 #include <string>
 
+#include "PwDbImageTestSupport.h"
 #include "PwDbSampleDrawing.h"
-#include "lodeutil/Utf.h"
+#include "support/TempFolderTest.h"
 #include "toolkit/db/PwDbAuthoring.h"
 #include "toolkit/db/PwDbLayerTable.h"
 #include "toolkit/db/PwDbObjectPointer.h"
@@ -26,39 +23,9 @@ namespace {
 
 using Plotwright::StatusOk;
 
-class DrawingFiles : public testing::Test {
+class DrawingFiles : public lodeqdbtest::TempFolderTest {
   protected:
-    void SetUp() override {
-        char pattern[] = "/tmp/lodeqdb-files-XXXXXX";
-        ASSERT_NE(mkdtemp(pattern), nullptr);
-        folder = pattern;
-    }
-    void TearDown() override {
-        pwReplaceFileSystemCallsForTesting({});
-        std::system(("rm -rf '" + folder + "'").c_str());
-    }
-    wstring Path(const std::string& name) const {
-        return LodeUtil::Utf16FromUtf8(folder + "/" + name);
-    }
-    std::string Bytes(const std::string& name) const {
-        std::ifstream in(folder + "/" + name, std::ios::binary);
-        std::stringstream all;
-        all << in.rdbuf();
-        return all.str();
-    }
-    void Write(const std::string& name, const std::string& bytes) const {
-        std::ofstream(folder + "/" + name, std::ios::binary) << bytes;
-    }
-    template <class Body>
-    static int InChildProcess(Body body) {
-        const pid_t child = fork();
-        if (child == 0) _exit(body());
-        int status = 0;
-        waitpid(child, &status, 0);
-        return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    }
-
-    std::string folder;
+    DrawingFiles() : TempFolderTest("lodeqdb-files") {}
 };
 
 // Everything a file can hold, compared between two drawings.
@@ -66,19 +33,7 @@ void ExpectSameDrawing(const PwDbDatabase& expected, const PwDbDatabase& actual,
     PwDbDrawingImage a, b;
     ASSERT_EQ(expected.captureImage(a, version), StatusOk);
     ASSERT_EQ(actual.captureImage(b, version), StatusOk);
-    EXPECT_EQ(a.handseed, b.handseed);
-    EXPECT_EQ(a.measurement, b.measurement);
-    EXPECT_EQ(a.roots, b.roots);
-    EXPECT_EQ(a.appInfo, b.appInfo);
-    EXPECT_EQ(a.preview, b.preview);
-    ASSERT_EQ(a.objects.size(), b.objects.size());
-    for (size_t i = 0; i < a.objects.size(); ++i) {
-        SCOPED_TRACE(i);
-        EXPECT_EQ(a.objects[i].classChain, b.objects[i].classChain);
-        EXPECT_EQ(a.objects[i].handle, b.objects[i].handle);
-        EXPECT_EQ(a.objects[i].erased, b.objects[i].erased);
-        EXPECT_EQ(a.objects[i].data, b.objects[i].data);
-    }
+    pwdbfiletest::ExpectSameImage(a, b);
 }
 
 TEST_F(DrawingFiles, NativeRoundTripInEveryVersion) {
@@ -136,7 +91,7 @@ TEST_F(DrawingFiles, UnchangedDrawingSavesToTheSameBytes) {
     PwDbDatabase read;
     ASSERT_EQ(read.readPlwFile(Path("a.plw").c_str(), PwDbDatabase::OpenModeAlternate), StatusOk);
     ASSERT_EQ(read.saveAs(Path("b.plw").c_str(), true, PwDb::PwDbPlwVersionCurrent), StatusOk);
-    EXPECT_EQ(Bytes("a.plw"), Bytes("b.plw"));
+    EXPECT_EQ(Read("a.plw"), Read("b.plw"));
 }
 
 TEST_F(DrawingFiles, ReadDrawingWorksLikeTheOriginal) {
@@ -163,14 +118,10 @@ TEST_F(DrawingFiles, ReadDrawingWorksLikeTheOriginal) {
 TEST_F(DrawingFiles, HeaderAndApplicationInformationBytes) {
     const auto drawing = pwdbfiletest::MakeSampleDrawing();
     ASSERT_EQ(drawing->saveAs(Path("a.plw").c_str(), true, PwDb::PwDbPlwVersionCurrent), StatusOk);
-    const std::string bytes = Bytes("a.plw");
+    const std::string bytes = Read("a.plw");
     ASSERT_GT(bytes.size(), 256u);
     EXPECT_EQ(bytes.substr(0, 6), "PW1032");
-    auto u32 = [&](size_t at) {
-        uint32_t value = 0;
-        for (int i = 3; i >= 0; --i) value = value << 8 | static_cast<uint8_t>(bytes[at + i]);
-        return value;
-    };
+    auto u32 = [&](size_t at) { return pwdbfiletest::Le(bytes, at, 4); };
     EXPECT_EQ(u32(48), 128u);
     EXPECT_EQ(u32(13), 0u);
     EXPECT_EQ(u32(44), 0u);
@@ -180,20 +131,16 @@ TEST_F(DrawingFiles, HeaderAndApplicationInformationBytes) {
                                       0xA0, 0x53, 0xD8, 0xED, 0xD2, 0x8D, 0xC5, 0xC7};
     EXPECT_EQ(std::memcmp(bytes.data() + 128, marker, 32), 0);
     size_t at = 128 + 32 + 4;
-    const size_t headerLength =
-        static_cast<uint8_t>(bytes[at]) | static_cast<uint8_t>(bytes[at + 1]) << 8;
+    const size_t headerLength = pwdbfiletest::Le(bytes, at, 2);
     at += 2 + 2 * headerLength;
     EXPECT_EQ(u32(at), 2u) << "owner and creator entries";
     at += 4;
     auto readString = [&](size_t& pos) {
-        const size_t length =
-            static_cast<uint8_t>(bytes[pos]) | static_cast<uint8_t>(bytes[pos + 1]) << 8;
+        const size_t length = pwdbfiletest::Le(bytes, pos, 2);
         pos += 2;
         std::u16string text;
         for (size_t i = 0; i + 1 < length; ++i) {
-            text.push_back(
-                static_cast<char16_t>(static_cast<uint8_t>(bytes[pos + 2 * i]) |
-                                      static_cast<uint8_t>(bytes[pos + 2 * i + 1]) << 8));
+            text.push_back(static_cast<char16_t>(pwdbfiletest::Le(bytes, pos + 2 * i, 2)));
         }
         EXPECT_EQ(bytes[pos + 2 * (length - 1)], 0);
         pos += 2 * length;
@@ -228,7 +175,7 @@ TEST_F(DrawingFiles, FailedReadsGiveTheirStatusesAndKeepTheDrawing) {
 TEST_F(DrawingFiles, CorruptTruncatedAndWrongVersionFilesAreRefused) {
     const auto drawing = pwdbfiletest::MakeSampleDrawing();
     ASSERT_EQ(drawing->saveAs(Path("a.plw").c_str(), true, PwDb::PwDbPlwVersionCurrent), StatusOk);
-    const std::string good = Bytes("a.plw");
+    const std::string good = Read("a.plw");
     std::mt19937 random(7);
     for (int trial = 0; trial < 200; ++trial) {
         std::string bad = good;
@@ -285,7 +232,7 @@ TEST_F(DrawingFiles, UnknownClassesComeBackAsProxiesAndAreWrittenBackUnchanged) 
     ASSERT_EQ(read.readPlwFile(Path("foreign.plw").c_str(), PwDbDatabase::OpenModeAlternate),
               StatusOk);
     ASSERT_EQ(read.saveAs(Path("again.plw").c_str(), true, PwDb::PwDbPlwVersionCurrent), StatusOk);
-    EXPECT_EQ(Bytes("again.plw"), bytes) << "the proxy's data went back unchanged";
+    EXPECT_EQ(Read("again.plw"), bytes) << "the proxy's data went back unchanged";
 }
 
 TEST_F(DrawingFiles, SavingOverTheInputWaitsForCloseInput) {
@@ -352,7 +299,7 @@ TEST_F(DrawingFiles, OpenModesHoldBetweenProcesses) {
 TEST_F(DrawingFiles, FailedSaveLeavesTheOldFileByteForByte) {
     const auto drawing = pwdbfiletest::MakeSampleDrawing();
     ASSERT_EQ(drawing->saveAs(Path("a.plw").c_str(), true, PwDb::PwDbPlwVersionCurrent), StatusOk);
-    const std::string before = Bytes("a.plw");
+    const std::string before = Read("a.plw");
     ASSERT_EQ(PwDbAuthoring::addLayer(*drawing, u"Changed"), StatusOk);
     static int writesLeft;
     PwFileSystemCalls failing{};
@@ -368,11 +315,11 @@ TEST_F(DrawingFiles, FailedSaveLeavesTheOldFileByteForByte) {
         writesLeft = allowed;
         EXPECT_EQ(drawing->saveAs(Path("a.plw").c_str(), true, PwDb::PwDbPlwVersionCurrent),
                   Plotwright::StatusFileIOError);
-        EXPECT_EQ(Bytes("a.plw"), before);
+        EXPECT_EQ(Read("a.plw"), before);
     }
     pwReplaceFileSystemCallsForTesting({});
     EXPECT_EQ(drawing->saveAs(Path("a.plw").c_str(), true, PwDb::PwDbPlwVersionCurrent), StatusOk);
-    EXPECT_NE(Bytes("a.plw"), before);
+    EXPECT_NE(Read("a.plw"), before);
 }
 
 }  // namespace

@@ -10,35 +10,15 @@
 #include <string>
 #include <vector>
 
+#include "PwDbImageTestSupport.h"
+
 namespace {
 
 using Item = PwDbMemoryFiler::Item;
-
-// An independent bitwise CRC-32 (reflected, polynomial 0xEDB88320), to check the stored sums.
-uint32_t TestCrc(std::string_view data) {
-    uint32_t crc = 0xFFFFFFFFu;
-    for (char byte : data) {
-        crc ^= static_cast<uint8_t>(byte);
-        for (int bit = 0; bit < 8; ++bit) crc = (crc >> 1) ^ (0xEDB88320u & (0u - (crc & 1u)));
-    }
-    return ~crc;
-}
-
-uint64_t Le(const std::string& bytes, size_t offset, size_t size) {
-    uint64_t value = 0;
-    for (size_t i = 0; i < size; ++i) {
-        value |= static_cast<uint64_t>(static_cast<uint8_t>(bytes.at(offset + i))) << (8 * i);
-    }
-    return value;
-}
-
-PwDbObjectRecord Record(std::vector<wstring> chain, PwDbHandle handle, std::vector<Item> data) {
-    PwDbObjectRecord record;
-    record.classChain = std::move(chain);
-    record.handle = handle;
-    record.data = std::move(data);
-    return record;
-}
+using pwdbfiletest::ExpectSameImage;
+using pwdbfiletest::Le;
+using pwdbfiletest::Record;
+using pwdbfiletest::TestCrc;
 
 PwDbDrawingImage SampleImage(int32_t version, bool withPreview) {
     PwDbDrawingImage image;
@@ -63,39 +43,6 @@ PwDbDrawingImage SampleImage(int32_t version, bool withPreview) {
     image.objects.push_back(Record({u"OtherAppThing", u"PwDbObject"}, 0x2B,
                                    {Item(std::numeric_limits<double>::quiet_NaN())}));
     return image;
-}
-
-void ExpectSameItem(const Item& expected, const Item& actual, const std::string& where) {
-    ASSERT_EQ(expected.index(), actual.index()) << where;
-    if (const auto* real = std::get_if<double>(&expected)) {
-        // Bits, not values: NaN and the sign of zero must come back as they were.
-        EXPECT_EQ(std::bit_cast<uint64_t>(*real), std::bit_cast<uint64_t>(std::get<double>(actual)))
-            << where;
-    } else {
-        EXPECT_TRUE(expected == actual) << where;
-    }
-}
-
-void ExpectSameImage(const PwDbDrawingImage& expected, const PwDbDrawingImage& actual) {
-    EXPECT_EQ(expected.version, actual.version);
-    EXPECT_EQ(expected.handseed, actual.handseed);
-    EXPECT_EQ(expected.measurement, actual.measurement);
-    EXPECT_EQ(expected.roots, actual.roots);
-    EXPECT_EQ(expected.appInfo, actual.appInfo);
-    EXPECT_EQ(expected.preview, actual.preview);
-    ASSERT_EQ(expected.objects.size(), actual.objects.size());
-    for (size_t i = 0; i < expected.objects.size(); ++i) {
-        const PwDbObjectRecord& want = expected.objects[i];
-        const PwDbObjectRecord& got = actual.objects[i];
-        EXPECT_EQ(want.classChain, got.classChain) << "record " << i;
-        EXPECT_EQ(want.handle, got.handle) << "record " << i;
-        EXPECT_EQ(want.erased, got.erased) << "record " << i;
-        ASSERT_EQ(want.data.size(), got.data.size()) << "record " << i;
-        for (size_t k = 0; k < want.data.size(); ++k) {
-            ExpectSameItem(want.data[k], got.data[k],
-                           "record " + std::to_string(i) + " item " + std::to_string(k));
-        }
-    }
 }
 
 TEST(PwDbPlwCodec, EveryVersionRoundTrips) {

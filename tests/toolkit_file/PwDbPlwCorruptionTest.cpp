@@ -9,26 +9,13 @@
 #include <string>
 #include <vector>
 
+#include "PwDbImageTestSupport.h"
+
 namespace {
 
 using Item = PwDbMemoryFiler::Item;
-
-uint32_t TestCrc(std::string_view data) {
-    uint32_t crc = 0xFFFFFFFFu;
-    for (char byte : data) {
-        crc ^= static_cast<uint8_t>(byte);
-        for (int bit = 0; bit < 8; ++bit) crc = (crc >> 1) ^ (0xEDB88320u & (0u - (crc & 1u)));
-    }
-    return ~crc;
-}
-
-uint64_t Le(const std::string& bytes, size_t offset, size_t size) {
-    uint64_t value = 0;
-    for (size_t i = 0; i < size; ++i) {
-        value |= static_cast<uint64_t>(static_cast<uint8_t>(bytes.at(offset + i))) << (8 * i);
-    }
-    return value;
-}
+using pwdbfiletest::Le;
+using pwdbfiletest::TestCrc;
 
 void PutLe(std::string& bytes, size_t offset, uint64_t value, size_t size) {
     for (size_t i = 0; i < size; ++i) bytes.at(offset + i) = static_cast<char>(value >> (8 * i));

@@ -15,6 +15,7 @@
 #include <string>
 #include <vector>
 
+#include "PwDbImageTestSupport.h"
 #include "toolkit/file/PwDbPlxText.h"
 
 namespace {
@@ -24,44 +25,8 @@ using Plotwright::StatusInvalidInput;
 using Plotwright::StatusNoSuchVersion;
 using Plotwright::StatusOk;
 using Item = PwDbMemoryFiler::Item;
-
-PwDbObjectRecord Record(std::vector<wstring> chain, PwDbHandle handle, std::vector<Item> data) {
-    PwDbObjectRecord record;
-    record.classChain = std::move(chain);
-    record.handle = handle;
-    record.data = std::move(data);
-    return record;
-}
-
-// Doubles compare by their bits, so that -0.0 differs from 0.0 and a NaN equals itself.
-bool SameItem(const Item& a, const Item& b) {
-    if (a.index() != b.index()) return false;
-    if (const double* x = std::get_if<double>(&a)) {
-        return std::bit_cast<uint64_t>(*x) == std::bit_cast<uint64_t>(std::get<double>(b));
-    }
-    return a == b;
-}
-
-void ExpectSameImage(const PwDbDrawingImage& expected, const PwDbDrawingImage& actual) {
-    EXPECT_EQ(actual.version, expected.version);
-    EXPECT_EQ(actual.handseed, expected.handseed);
-    EXPECT_EQ(actual.measurement, expected.measurement);
-    EXPECT_EQ(actual.roots, expected.roots);
-    EXPECT_EQ(actual.appInfo, expected.appInfo);
-    EXPECT_EQ(actual.preview, expected.preview);
-    ASSERT_EQ(actual.objects.size(), expected.objects.size());
-    for (size_t i = 0; i < expected.objects.size(); ++i) {
-        const PwDbObjectRecord& want = expected.objects[i];
-        const PwDbObjectRecord& got = actual.objects[i];
-        EXPECT_EQ(got.classChain, want.classChain) << "object " << i;
-        EXPECT_EQ(got.handle, want.handle) << "object " << i;
-        EXPECT_EQ(got.erased, want.erased) << "object " << i;
-        ASSERT_EQ(got.data.size(), want.data.size()) << "object " << i;
-        for (size_t k = 0; k < want.data.size(); ++k) {
-            EXPECT_TRUE(SameItem(got.data[k], want.data[k])) << "object " << i << " item " << k;
-        }
-    }
-}
+using pwdbfiletest::ExpectSameImage;
+using pwdbfiletest::Record;
 
 PwDbDrawingImage RichImage(int32_t version) {
     PwDbDrawingImage image;

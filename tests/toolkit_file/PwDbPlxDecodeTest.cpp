@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "PwDbImageTestSupport.h"
 #include "toolkit/file/PwDbPlxText.h"
 
 namespace {
@@ -16,14 +17,7 @@ namespace {
 using Plotwright::StatusBadFileFormat;
 using Plotwright::StatusOk;
 using Item = PwDbMemoryFiler::Item;
-
-PwDbObjectRecord Record(std::vector<wstring> chain, PwDbHandle handle, std::vector<Item> data) {
-    PwDbObjectRecord record;
-    record.classChain = std::move(chain);
-    record.handle = handle;
-    record.data = std::move(data);
-    return record;
-}
+using pwdbfiletest::Record;
 
 PwDbDrawingImage SmallImage() {
     PwDbDrawingImage image;

@@ -2,6 +2,9 @@
 // exception and prints the message in English and, in a second process, in German.
 #include <LodeQDB.h>
 
+#include <unistd.h>
+
+#include <cstdio>
 #include <cstdlib>
 #include <iostream>
 #include <string>
@@ -33,7 +36,17 @@ int BuildDrawing() {
         return 1;
     }
     PwDbObjectPointer<PwDbLayerTableRecord> layer(walls, PwDb::OpenForRead);
-    return layer.openStatus() == Plotwright::StatusOk && layer->isInUse() ? 0 : 1;
+    if (layer.openStatus() != Plotwright::StatusOk || !layer->isInUse()) return 1;
+    layer.release();
+    // A round trip through a native file, as a client of the installed package does it.
+    const std::string path = "/tmp/lodeqdb-client-" + std::to_string(getpid()) + ".plw";
+    const wstring widePath = LodeUtil::Utf16FromUtf8(path);
+    if (drawing->saveAs(widePath.c_str(), true, PwDb::PwDbPlwVersionCurrent) != 0) return 1;
+    PwDbDatabase read;
+    const Plotwright::ErrorStatus status =
+        read.readPlwFile(widePath.c_str(), PwDbDatabase::OpenModeAlternate);
+    std::remove(path.c_str());
+    return status == Plotwright::StatusOk && read.numObjects() == drawing->numObjects() ? 0 : 1;
 }
 
 int main(int argc, char** argv) {

@@ -1,0 +1,33 @@
+// Helpers the file tests share: building object records, comparing drawing images, and
+// reading the numbers and checksums the native format stores.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "lodeutil/WideString.h"
+#include "toolkit/db/PwDbMemoryFiler.h"
+#include "toolkit/db/PwDbObjectRecord.h"
+#include "toolkit/file/PwDbDrawingImage.h"
+
+namespace pwdbfiletest {
+
+/// An object record of the class `chain` (most derived first) with `handle` and `data`.
+PwDbObjectRecord Record(std::vector<wstring> chain, PwDbHandle handle,
+                        std::vector<PwDbMemoryFiler::Item> data);
+
+/// Expects `actual` to hold everything `expected` holds: version, handseed, measurement,
+/// roots, application information, preview and every record. Doubles compare by their bits,
+/// so that -0.0 differs from 0.0 and a NaN equals itself.
+void ExpectSameImage(const PwDbDrawingImage& expected, const PwDbDrawingImage& actual);
+
+/// The unsigned little-endian number of `size` bytes at `offset` of `bytes`.
+uint64_t Le(const std::string& bytes, size_t offset, size_t size);
+
+/// An independent bitwise CRC-32 (reflected, polynomial 0xEDB88320), to check stored sums.
+uint32_t TestCrc(std::string_view data);
+
+}  // namespace pwdbfiletest
