@@ -43,9 +43,10 @@ class PwDbDatabase {
         OpenModeShareRead = 1,
         /// Others may neither read (under a lock) nor replace the file, until closeInput.
         OpenModeExclusive = 2,
-        /// Others may do anything; the file is read under no lock.
+        /// The file is read under a shared lock that ends with the read; afterwards others
+        /// may do anything, but the database still counts the file as its input.
         OpenModeShareAll = 3,
-        /// Read everything now and hold nothing afterwards.
+        /// Read everything now (under a shared lock) and hold nothing afterwards.
         OpenModeAlternate = 4,
     };
 
