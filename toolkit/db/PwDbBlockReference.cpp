@@ -36,26 +36,17 @@ bool IsUsableScale(const PwGeScale3d& scale) {
 
 Plotwright::ErrorStatus PwDbBlockReference::setInsertionPoint(const PwGePoint3d& point) {
     if (!IsFinite(point)) return Plotwright::StatusInvalidInput;
-    if (!isWriteEnabled()) return Plotwright::StatusNotOpenForWrite;
-    assertWriteEnabled();
-    m_position = point;
-    return Plotwright::StatusOk;
+    return setField(m_position, point);
 }
 
 Plotwright::ErrorStatus PwDbBlockReference::setScale3d(const PwGeScale3d& scale) {
     if (!IsUsableScale(scale)) return Plotwright::StatusInvalidInput;
-    if (!isWriteEnabled()) return Plotwright::StatusNotOpenForWrite;
-    assertWriteEnabled();
-    m_scale = scale;
-    return Plotwright::StatusOk;
+    return setField(m_scale, scale);
 }
 
 Plotwright::ErrorStatus PwDbBlockReference::setRotationAngle(double radians) {
     if (!std::isfinite(radians)) return Plotwright::StatusInvalidInput;
-    if (!isWriteEnabled()) return Plotwright::StatusNotOpenForWrite;
-    assertWriteEnabled();
-    m_rotation = radians;
-    return Plotwright::StatusOk;
+    return setField(m_rotation, radians);
 }
 
 Plotwright::ErrorStatus PwDbBlockReference::plwInFields(PwDbPlwFiler* filer) {

@@ -46,18 +46,12 @@ PwDbLine::~PwDbLine() = default;
 
 Plotwright::ErrorStatus PwDbLine::setStartPoint(const PwGePoint3d& point) {
     if (!isFinitePoint(point)) return Plotwright::StatusInvalidInput;
-    if (!isWriteEnabled()) return Plotwright::StatusNotOpenForWrite;
-    assertWriteEnabled();
-    m_start = point;
-    return Plotwright::StatusOk;
+    return setField(m_start, point);
 }
 
 Plotwright::ErrorStatus PwDbLine::setEndPoint(const PwGePoint3d& point) {
     if (!isFinitePoint(point)) return Plotwright::StatusInvalidInput;
-    if (!isWriteEnabled()) return Plotwright::StatusNotOpenForWrite;
-    assertWriteEnabled();
-    m_end = point;
-    return Plotwright::StatusOk;
+    return setField(m_end, point);
 }
 
 Plotwright::ErrorStatus PwDbLine::plwInFields(PwDbPlwFiler* filer) {
@@ -85,18 +79,12 @@ PwDbCircle::~PwDbCircle() = default;
 
 Plotwright::ErrorStatus PwDbCircle::setCenter(const PwGePoint3d& point) {
     if (!isFinitePoint(point)) return Plotwright::StatusInvalidInput;
-    if (!isWriteEnabled()) return Plotwright::StatusNotOpenForWrite;
-    assertWriteEnabled();
-    m_center = point;
-    return Plotwright::StatusOk;
+    return setField(m_center, point);
 }
 
 Plotwright::ErrorStatus PwDbCircle::setRadius(double radius) {
     if (!isValidRadius(radius)) return Plotwright::StatusInvalidInput;
-    if (!isWriteEnabled()) return Plotwright::StatusNotOpenForWrite;
-    assertWriteEnabled();
-    m_radius = radius;
-    return Plotwright::StatusOk;
+    return setField(m_radius, radius);
 }
 
 Plotwright::ErrorStatus PwDbCircle::plwInFields(PwDbPlwFiler* filer) {
@@ -124,34 +112,22 @@ PwDbArc::~PwDbArc() = default;
 
 Plotwright::ErrorStatus PwDbArc::setCenter(const PwGePoint3d& point) {
     if (!isFinitePoint(point)) return Plotwright::StatusInvalidInput;
-    if (!isWriteEnabled()) return Plotwright::StatusNotOpenForWrite;
-    assertWriteEnabled();
-    m_center = point;
-    return Plotwright::StatusOk;
+    return setField(m_center, point);
 }
 
 Plotwright::ErrorStatus PwDbArc::setRadius(double radius) {
     if (!isValidRadius(radius)) return Plotwright::StatusInvalidInput;
-    if (!isWriteEnabled()) return Plotwright::StatusNotOpenForWrite;
-    assertWriteEnabled();
-    m_radius = radius;
-    return Plotwright::StatusOk;
+    return setField(m_radius, radius);
 }
 
 Plotwright::ErrorStatus PwDbArc::setStartAngle(double radians) {
     if (!std::isfinite(radians)) return Plotwright::StatusInvalidInput;
-    if (!isWriteEnabled()) return Plotwright::StatusNotOpenForWrite;
-    assertWriteEnabled();
-    m_startAngle = radians;
-    return Plotwright::StatusOk;
+    return setField(m_startAngle, radians);
 }
 
 Plotwright::ErrorStatus PwDbArc::setEndAngle(double radians) {
     if (!std::isfinite(radians)) return Plotwright::StatusInvalidInput;
-    if (!isWriteEnabled()) return Plotwright::StatusNotOpenForWrite;
-    assertWriteEnabled();
-    m_endAngle = radians;
-    return Plotwright::StatusOk;
+    return setField(m_endAngle, radians);
 }
 
 Plotwright::ErrorStatus PwDbArc::plwInFields(PwDbPlwFiler* filer) {

@@ -21,10 +21,7 @@ Plotwright::ErrorStatus PwDbEntity::setLayer(PwDbObjectId layer) {
 
 Plotwright::ErrorStatus PwDbEntity::setColorIndex(int16_t index) {
     if (index < 0 || index > 256) return Plotwright::StatusInvalidInput;
-    if (!isWriteEnabled()) return Plotwright::StatusNotOpenForWrite;
-    assertWriteEnabled();
-    m_colorIndex = index;
-    return Plotwright::StatusOk;
+    return setField(m_colorIndex, index);
 }
 
 Plotwright::ErrorStatus PwDbEntity::plwInFields(PwDbPlwFiler* filer) {

@@ -24,31 +24,24 @@ PwDbLayerTableRecord::PwDbLayerTableRecord() = default;
 
 PwDbLayerTableRecord::~PwDbLayerTableRecord() = default;
 
-Plotwright::ErrorStatus PwDbLayerTableRecord::setFlag(bool& flag, bool value) {
-    if (!isWriteEnabled()) return Plotwright::StatusNotOpenForWrite;
-    assertWriteEnabled();
-    flag = value;
-    return Plotwright::StatusOk;
-}
-
 Plotwright::ErrorStatus PwDbLayerTableRecord::setIsFrozen(bool frozen) {
-    return setFlag(m_frozen, frozen);
+    return setField(m_frozen, frozen);
 }
 
 Plotwright::ErrorStatus PwDbLayerTableRecord::setIsHidden(bool hidden) {
-    return setFlag(m_hidden, hidden);
+    return setField(m_hidden, hidden);
 }
 
 Plotwright::ErrorStatus PwDbLayerTableRecord::setIsLocked(bool locked) {
-    return setFlag(m_locked, locked);
+    return setField(m_locked, locked);
 }
 
 Plotwright::ErrorStatus PwDbLayerTableRecord::setIsOff(bool off) {
-    return setFlag(m_off, off);
+    return setField(m_off, off);
 }
 
 Plotwright::ErrorStatus PwDbLayerTableRecord::setIsReconciled(bool reconciled) {
-    return setFlag(m_reconciled, reconciled);
+    return setField(m_reconciled, reconciled);
 }
 
 bool PwDbLayerTableRecord::isInUse() const {
@@ -64,18 +57,12 @@ Plotwright::ErrorStatus PwDbLayerTableRecord::description(PwString& description)
 }
 
 Plotwright::ErrorStatus PwDbLayerTableRecord::setDescription(const char16_t* description) {
-    if (!isWriteEnabled()) return Plotwright::StatusNotOpenForWrite;
-    assertWriteEnabled();
-    m_description = description != nullptr ? description : u"";
-    return Plotwright::StatusOk;
+    return setField(m_description, description != nullptr ? description : u"");
 }
 
 Plotwright::ErrorStatus PwDbLayerTableRecord::setColorIndex(int16_t index) {
     if (!isLayerColor(index)) return Plotwright::StatusInvalidInput;
-    if (!isWriteEnabled()) return Plotwright::StatusNotOpenForWrite;
-    assertWriteEnabled();
-    m_colorIndex = index;
-    return Plotwright::StatusOk;
+    return setField(m_colorIndex, index);
 }
 
 Plotwright::ErrorStatus PwDbLayerTableRecord::plwInFields(PwDbPlwFiler* filer) {

@@ -65,8 +65,6 @@ class PwDbLayerTableRecord : public PwDbSymbolTableRecord {
     Plotwright::ErrorStatus plwOutFields(PwDbPlwFiler* filer) const override;
 
   private:
-    Plotwright::ErrorStatus setFlag(bool& flag, bool value);
-
     wstring m_description;
     int16_t m_colorIndex = kDefaultColorIndex;
     bool m_frozen = false;

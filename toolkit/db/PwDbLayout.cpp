@@ -31,10 +31,7 @@ Plotwright::ErrorStatus PwDbPlotSettings::getPlotSettingsName(const char16_t*& n
 
 Plotwright::ErrorStatus PwDbPlotSettings::setPlotSettingsName(const char16_t* name) {
     if (name == nullptr) return Plotwright::StatusInvalidInput;
-    if (!isWriteEnabled()) return Plotwright::StatusNotOpenForWrite;
-    assertWriteEnabled();
-    m_name = name;
-    return Plotwright::StatusOk;
+    return setField(m_name, name);
 }
 
 Plotwright::ErrorStatus PwDbPlotSettings::getPlotPaperSize(double& width, double& height) const {
@@ -53,10 +50,7 @@ Plotwright::ErrorStatus PwDbPlotSettings::setPlotPaperSize(double width, double 
 }
 
 Plotwright::ErrorStatus PwDbPlotSettings::setModelType(bool modelType) {
-    if (!isWriteEnabled()) return Plotwright::StatusNotOpenForWrite;
-    assertWriteEnabled();
-    m_modelType = modelType;
-    return Plotwright::StatusOk;
+    return setField(m_modelType, modelType);
 }
 
 Plotwright::ErrorStatus PwDbPlotSettings::plwInFields(PwDbPlwFiler* filer) {
@@ -100,10 +94,7 @@ Plotwright::ErrorStatus PwDbLayout::setLayoutName(const char16_t* name) {
     if (name == nullptr || !PwDbSymbolUtilities::isValidSymbolName(name, false)) {
         return Plotwright::StatusInvalidKey;
     }
-    if (!isWriteEnabled()) return Plotwright::StatusNotOpenForWrite;
-    assertWriteEnabled();
-    m_layoutName = name;
-    return Plotwright::StatusOk;
+    return setField(m_layoutName, name);
 }
 
 Plotwright::ErrorStatus PwDbLayout::setBlockTableRecordId(PwDbObjectId block) {
@@ -118,10 +109,7 @@ Plotwright::ErrorStatus PwDbLayout::setBlockTableRecordId(PwDbObjectId block) {
 
 Plotwright::ErrorStatus PwDbLayout::setTabOrder(int order) {
     if (order < 0) return Plotwright::StatusInvalidInput;
-    if (!isWriteEnabled()) return Plotwright::StatusNotOpenForWrite;
-    assertWriteEnabled();
-    m_tabOrder = order;
-    return Plotwright::StatusOk;
+    return setField(m_tabOrder, order);
 }
 
 Plotwright::ErrorStatus PwDbLayout::plwInFields(PwDbPlwFiler* filer) {

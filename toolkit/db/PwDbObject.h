@@ -26,6 +26,7 @@
 #pragma once
 
 #include <cstdint>
+#include <utility>
 
 #include "toolkit/core/PwErrorStatus.h"
 #include "toolkit/db/PwDbObjectId.h"
@@ -94,6 +95,17 @@ class PwDbObject : public PwRxObject {
     /// when the class can't make objects or the data can't be copied. The copy's ids still
     /// name objects of this object's database.
     PwDbObject* clone() const;
+
+  protected:
+    /// The one way a setter changes a field: refused with StatusNotOpenForWrite unless the
+    /// object is writable, else recorded as a change and assigned.
+    template <class Field, class Value>
+    Plotwright::ErrorStatus setField(Field& field, Value&& value) {
+        if (!isWriteEnabled()) return Plotwright::StatusNotOpenForWrite;
+        assertWriteEnabled();
+        field = std::forward<Value>(value);
+        return Plotwright::StatusOk;
+    }
 
   private:
     friend class PwDbDatabase;

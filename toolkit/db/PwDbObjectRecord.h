@@ -30,9 +30,9 @@ struct PwDbObjectRecord {
 Plotwright::ErrorStatus pwdbRecordObject(const PwDbObject& object, PwDbObjectRecord& record);
 
 /// Makes the object of `record` and adds it to `database` under the record's handle (erased
-/// when the record says so); it comes back open for write, and the caller closes it. A class this process lacks (or can't make by
-/// name) gives a PwDbProxyEntity when the chain names PwDbEntity, else a PwDbProxyObject.
-/// StatusFilerError for a chain without "PwDbObject" or data that doesn't read; nothing is
-/// added to the database then.
+/// when the record says so); it comes back open for write, and the caller closes it. A class this
+/// process lacks (or can't make by name) gives a PwDbProxyEntity when the chain names PwDbEntity,
+/// else a PwDbProxyObject. StatusFilerError for a chain without "PwDbObject" or data that doesn't
+/// read; nothing is added to the database then.
 Plotwright::ErrorStatus pwdbObjectFromRecord(const PwDbObjectRecord& record, PwDbDatabase* database,
                                              PwDbObject*& object);

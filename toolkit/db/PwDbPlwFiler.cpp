@@ -1,6 +1,9 @@
 // Filer conveniences built from the typed items.
 #include "toolkit/db/PwDbPlwFiler.h"
 
+#include <algorithm>
+#include <iterator>
+
 #include "toolkit/core/PwString.h"
 #include "toolkit/core/PwStringBuffer.h"
 
@@ -24,32 +27,45 @@ Plotwright::ErrorStatus PwDbPlwFiler::writeString(const wstring& text) {
     return writeString(text.c_str());
 }
 
+namespace {
+
+// Three doubles read into `values` only when all three could be read.
+Plotwright::ErrorStatus ReadThree(PwDbPlwFiler& filer, double (&values)[3]) {
+    double read[3] = {};
+    for (double& value : read) {
+        if (auto status = filer.readDouble(value)) return status;
+    }
+    std::copy(std::begin(read), std::end(read), std::begin(values));
+    return Plotwright::StatusOk;
+}
+
+Plotwright::ErrorStatus WriteThree(PwDbPlwFiler& filer, double a, double b, double c) {
+    for (double value : {a, b}) {
+        if (auto status = filer.writeDouble(value)) return status;
+    }
+    return filer.writeDouble(c);
+}
+
+}  // namespace
+
 Plotwright::ErrorStatus PwDbPlwFiler::readPoint3d(PwGePoint3d& point) {
-    PwGePoint3d value;
-    if (auto status = readDouble(value.x)) return status;
-    if (auto status = readDouble(value.y)) return status;
-    if (auto status = readDouble(value.z)) return status;
-    point = value;
+    double values[3];
+    if (auto status = ReadThree(*this, values)) return status;
+    point = PwGePoint3d(values[0], values[1], values[2]);
     return Plotwright::StatusOk;
 }
 
 Plotwright::ErrorStatus PwDbPlwFiler::writePoint3d(const PwGePoint3d& point) {
-    writeDouble(point.x);
-    writeDouble(point.y);
-    return writeDouble(point.z);
+    return WriteThree(*this, point.x, point.y, point.z);
 }
 
 Plotwright::ErrorStatus PwDbPlwFiler::readScale3d(PwGeScale3d& scale) {
-    PwGeScale3d value;
-    if (auto status = readDouble(value.sx)) return status;
-    if (auto status = readDouble(value.sy)) return status;
-    if (auto status = readDouble(value.sz)) return status;
-    scale = value;
+    double values[3];
+    if (auto status = ReadThree(*this, values)) return status;
+    scale = PwGeScale3d(values[0], values[1], values[2]);
     return Plotwright::StatusOk;
 }
 
 Plotwright::ErrorStatus PwDbPlwFiler::writeScale3d(const PwGeScale3d& scale) {
-    writeDouble(scale.sx);
-    writeDouble(scale.sy);
-    return writeDouble(scale.sz);
+    return WriteThree(*this, scale.sx, scale.sy, scale.sz);
 }

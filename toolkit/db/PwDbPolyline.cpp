@@ -77,18 +77,12 @@ Plotwright::ErrorStatus PwDbPolyline::removeVertexAt(unsigned int index) {
 }
 
 Plotwright::ErrorStatus PwDbPolyline::setClosed(bool closed) {
-    if (!isWriteEnabled()) return Plotwright::StatusNotOpenForWrite;
-    assertWriteEnabled();
-    m_closed = closed;
-    return Plotwright::StatusOk;
+    return setField(m_closed, closed);
 }
 
 Plotwright::ErrorStatus PwDbPolyline::setElevation(double elevation) {
     if (!std::isfinite(elevation)) return Plotwright::StatusInvalidInput;
-    if (!isWriteEnabled()) return Plotwright::StatusNotOpenForWrite;
-    assertWriteEnabled();
-    m_elevation = elevation;
-    return Plotwright::StatusOk;
+    return setField(m_elevation, elevation);
 }
 
 Plotwright::ErrorStatus PwDbPolyline::plwInFields(PwDbPlwFiler* filer) {

@@ -12,4 +12,3 @@ Plotwright::ErrorStatus PwDbProxiedData::takeRest(PwDbPlwFiler* filer) {
     rest = std::move(kept);
     return Plotwright::StatusOk;
 }
-

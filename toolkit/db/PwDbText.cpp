@@ -26,26 +26,17 @@ PwDbText::~PwDbText() = default;
 
 Plotwright::ErrorStatus PwDbText::setPosition(const PwGePoint3d& point) {
     if (!isFinitePoint(point)) return Plotwright::StatusInvalidInput;
-    if (!isWriteEnabled()) return Plotwright::StatusNotOpenForWrite;
-    assertWriteEnabled();
-    m_position = point;
-    return Plotwright::StatusOk;
+    return setField(m_position, point);
 }
 
 Plotwright::ErrorStatus PwDbText::setHeight(double height) {
     if (!isValidHeight(height)) return Plotwright::StatusInvalidInput;
-    if (!isWriteEnabled()) return Plotwright::StatusNotOpenForWrite;
-    assertWriteEnabled();
-    m_height = height;
-    return Plotwright::StatusOk;
+    return setField(m_height, height);
 }
 
 Plotwright::ErrorStatus PwDbText::setRotation(double radians) {
     if (!std::isfinite(radians)) return Plotwright::StatusInvalidInput;
-    if (!isWriteEnabled()) return Plotwright::StatusNotOpenForWrite;
-    assertWriteEnabled();
-    m_rotation = radians;
-    return Plotwright::StatusOk;
+    return setField(m_rotation, radians);
 }
 
 Plotwright::ErrorStatus PwDbText::textString(PwString& text) const {
