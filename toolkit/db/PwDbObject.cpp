@@ -87,19 +87,91 @@ Plotwright::ErrorStatus PwDbObject::erase(bool erasing) {
     return Plotwright::StatusOk;
 }
 
+namespace {
+
+// A persistent reactor entry is the address of the reactor's database record with the low
+// bit set; records are aligned, so no other pointer a reactor list could hold looks like one.
+constexpr std::uintptr_t kPersistentReactorTag = 1;
+
+void* PersistentReactorEntry(PwDbObjectId id) {
+    return reinterpret_cast<void*>(id.asNumber() | kPersistentReactorTag);
+}
+
+}  // namespace
+
+PwDbObjectId pwdbPersistentReactorObjectId(const void* entry) {
+    const auto bits = reinterpret_cast<std::uintptr_t>(entry);
+    if ((bits & kPersistentReactorTag) == 0) return PwDbObjectId();
+    return PwDbObjectId(reinterpret_cast<PwDbStub*>(bits & ~kPersistentReactorTag));
+}
+
+bool PwDbObject::hasPersistentReactor(PwDbObjectId id) const {
+    return !id.isNull() && m_reactors && m_reactors->contains(PersistentReactorEntry(id));
+}
+
+Plotwright::ErrorStatus PwDbObject::addPersistentReactor(PwDbObjectId id) {
+    if (id.isNull()) return Plotwright::StatusNullObjectId;
+    if (!isWriteEnabled()) return Plotwright::StatusNotOpenForWrite;
+    if (m_stub != nullptr && id.database() != m_stub->database)
+        return Plotwright::StatusWrongDatabase;
+    if (hasPersistentReactor(id)) return Plotwright::StatusOk;
+    if (!m_reactors) m_reactors = std::make_unique<PwArray<void*>>();
+    if (m_reactors->append(PersistentReactorEntry(id)) == PwArray<void*>::kNoIndex) {
+        if (m_reactors->isEmpty()) m_reactors.reset();
+        return Plotwright::StatusOutOfMemory;
+    }
+    assertWriteEnabled();
+    return Plotwright::StatusOk;
+}
+
+Plotwright::ErrorStatus PwDbObject::removePersistentReactor(PwDbObjectId id) {
+    if (id.isNull()) return Plotwright::StatusNullObjectId;
+    if (!isWriteEnabled()) return Plotwright::StatusNotOpenForWrite;
+    size_t index = 0;
+    if (!m_reactors || !m_reactors->find(PersistentReactorEntry(id), index))
+        return Plotwright::StatusKeyNotFound;
+    assertWriteEnabled();
+    m_reactors->removeAt(index);
+    if (m_reactors->isEmpty()) m_reactors.reset();
+    return Plotwright::StatusOk;
+}
+
 Plotwright::ErrorStatus PwDbObject::plwInFields(PwDbPlwFiler* filer) {
     if (filer == nullptr) return Plotwright::StatusInvalidInput;
     if (!isWriteEnabled()) return Plotwright::StatusNotOpenForWrite;
     assertWriteEnabled();
     PwDbObjectId owner;
     if (auto status = filer->readObjectId(owner)) return status;
+    int32_t count = 0;
+    if (auto status = filer->readInt32(count)) return status;
+    if (count < 0) return Plotwright::StatusFilerError;
+    // Grown one entry at a time: a count that promises more than the filer holds fails at
+    // the first missing id, before it could cost memory.
+    std::unique_ptr<PwArray<void*>> reactors;
+    for (int32_t i = 0; i < count; ++i) {
+        PwDbObjectId reactor;
+        if (auto status = filer->readObjectId(reactor)) return status;
+        if (reactor.isNull()) continue;
+        if (!reactors) reactors = std::make_unique<PwArray<void*>>();
+        if (reactors->contains(PersistentReactorEntry(reactor))) continue;
+        if (reactors->append(PersistentReactorEntry(reactor)) == PwArray<void*>::kNoIndex)
+            return Plotwright::StatusOutOfMemory;
+    }
     m_owner = owner;
+    m_reactors = std::move(reactors);
     return Plotwright::StatusOk;
 }
 
 Plotwright::ErrorStatus PwDbObject::plwOutFields(PwDbPlwFiler* filer) const {
     if (filer == nullptr) return Plotwright::StatusInvalidInput;
-    return filer->writeObjectId(m_owner);
+    if (auto status = filer->writeObjectId(m_owner)) return status;
+    const size_t count = m_reactors ? m_reactors->length() : 0;
+    if (auto status = filer->writeInt32(static_cast<int32_t>(count))) return status;
+    for (size_t i = 0; i < count; ++i) {
+        if (auto status = filer->writeObjectId(pwdbPersistentReactorObjectId(m_reactors->at(i))))
+            return status;
+    }
+    return Plotwright::StatusOk;
 }
 
 PwDbObject* PwDbObject::clone() const {

@@ -26,8 +26,10 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <utility>
 
+#include "toolkit/core/PwArray.h"
 #include "toolkit/core/PwErrorStatus.h"
 #include "toolkit/db/PwDbObjectId.h"
 #include "toolkit/rx/PwRxClass.h"
@@ -84,6 +86,21 @@ class PwDbObject : public PwRxObject {
     /// keeps meaning something.
     Plotwright::ErrorStatus erase(bool erasing = true);
 
+    /// The object's reactors: the objects of its drawing that depend on it (an image placement
+    /// on its definition, for one). Null when there are none. Each entry stands for one
+    /// persistent reactor; pwdbPersistentReactorObjectId gives its id. Valid until the
+    /// reactors change.
+    const PwArray<void*>* reactors() const { return m_reactors.get(); }
+    /// Adds the object `id` as a persistent reactor; adding one that is there already changes
+    /// nothing. The object must be open for write. StatusNullObjectId, StatusNotOpenForWrite,
+    /// StatusWrongDatabase for an id of another database, StatusOutOfMemory.
+    Plotwright::ErrorStatus addPersistentReactor(PwDbObjectId id);
+    /// Removes the persistent reactor `id`. StatusNullObjectId, StatusNotOpenForWrite,
+    /// StatusKeyNotFound when it isn't one.
+    Plotwright::ErrorStatus removePersistentReactor(PwDbObjectId id);
+    /// True when `id` is one of the object's persistent reactors.
+    bool hasPersistentReactor(PwDbObjectId id) const;
+
     /// Reads the object's persistent data from `filer`, base class first. The object must be
     /// writable. A read that fails may have changed part of the object (the base classes'
     /// data); readers discard such an object.
@@ -114,6 +131,7 @@ class PwDbObject : public PwRxObject {
 
     PwDbStub* m_stub = nullptr;
     PwDbObjectId m_owner;
+    std::unique_ptr<PwArray<void*>> m_reactors;
     uint32_t m_readers = 0;
     uint32_t m_transactionFetches = 0;
     uint32_t m_transactionWriteFetches = 0;
@@ -147,6 +165,10 @@ Plotwright::ErrorStatus pwdbOpenObject(T*& object, PwDbObjectId id, PwDb::OpenMo
                                        bool openErased = false) {
     return pwdbOpenObject<T>(object, id, &T::desc, mode, openErased);
 }
+
+/// The id of the persistent reactor that a reactors() entry stands for; null for null and for
+/// any entry that is no persistent reactor.
+PwDbObjectId pwdbPersistentReactorObjectId(const void* entry);
 
 /// Ends a holder's use of `object` by the closing rule: close when it has an id, delete it
 /// when it has none (it was never added to a database). Null does nothing.
