@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "toolkit/core/PwString.h"
 #include "toolkit/db/PwDbBlockReference.h"
 #include "toolkit/db/PwDbDatabase.h"
 #include "toolkit/db/PwDbEntity.h"
@@ -166,8 +167,16 @@ Plotwright::ErrorStatus PwDbBlockTableRecord::plwInFields(PwDbPlwFiler* filer) {
     }
     PwDbObjectId layout;
     if (auto status = filer->readObjectId(layout)) return status;
+    wstring pathName;
+    if (auto status = filer->readString(pathName)) return status;
+    bool unloaded = false;
+    if (auto status = filer->readBool(unloaded)) return status;
     m_entities = std::move(entities);
     m_layout = layout;
+    m_pathName = std::move(pathName);
+    m_unloaded = unloaded;
+    m_xrefDatabase = nullptr;
+    m_resolution = PwDb::XrefFilePresentUnresolved;
     return Plotwright::StatusOk;
 }
 
@@ -177,7 +186,40 @@ Plotwright::ErrorStatus PwDbBlockTableRecord::plwOutFields(PwDbPlwFiler* filer) 
     for (const PwDbObjectId id : m_entities) {
         if (auto status = filer->writeObjectId(id)) return status;
     }
-    return filer->writeObjectId(m_layout);
+    if (auto status = filer->writeObjectId(m_layout)) return status;
+    if (auto status = filer->writeString(m_pathName)) return status;
+    return filer->writeBool(m_unloaded);
+}
+
+Plotwright::ErrorStatus PwDbBlockTableRecord::setPathName(const char16_t* path) {
+    const wstring text = path != nullptr ? wstring(path) : wstring();
+    if (auto status = setField(m_pathName, text)) return status;
+    m_xrefDatabase = nullptr;
+    m_resolution = PwDb::XrefFilePresentUnresolved;
+    return Plotwright::StatusOk;
+}
+
+Plotwright::ErrorStatus PwDbBlockTableRecord::pathName(PwString& path) const {
+    return path.assign(m_pathName.c_str(), m_pathName.size());
+}
+
+PwDbDatabase* PwDbBlockTableRecord::xrefDatabase(bool /*includeUnresolved*/) const {
+    return xrefStatus() == PwDb::XrefResolved ? m_xrefDatabase : nullptr;
+}
+
+PwDb::XrefStatus PwDbBlockTableRecord::xrefStatus() const {
+    if (m_pathName.empty()) return PwDb::XrefNotAnXref;
+    if (m_unloaded) return PwDb::XrefUnloaded;
+    return m_resolution;
+}
+
+Plotwright::ErrorStatus PwDbBlockTableRecord::setIsUnloaded(bool unloaded) {
+    if (auto status = setField(m_unloaded, unloaded)) return status;
+    if (unloaded) {
+        m_xrefDatabase = nullptr;
+        m_resolution = PwDb::XrefFilePresentUnresolved;
+    }
+    return Plotwright::StatusOk;
 }
 
 // --- PwDbBlockTableIterator and PwDbBlockTable -----------------------------------------------

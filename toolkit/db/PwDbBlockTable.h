@@ -14,6 +14,19 @@
 //
 // The drawing's own blocks have names that start with '*': "*Model_Space" for the model
 // space and "*Paper_Space" (or "*Paper_Space" followed by digits) for the paper spaces.
+//
+// A block with a path name stands for another drawing, an external reference. Its path is
+// kept as the user gave it and saved with the drawing; whether the referenced drawing is
+// loaded, and which database holds it, is state of the session that pwdbResolveCurrentXRefs
+// (toolkit/xref) sets:
+//
+//   xrefStatus()                 when
+//   XrefNotAnXref               the block has no path name
+//   XrefUnloaded                the reference is marked unloaded (saved with the drawing)
+//   XrefFilePresentUnresolved   not resolved yet; or the file was found but couldn't be read,
+//                               or loading it would close a cycle of references
+//   XrefFileMissing             resolution found no file
+//   XrefResolved                xrefDatabase() holds the referenced drawing
 #pragma once
 
 #include <vector>
@@ -22,6 +35,8 @@
 #include "toolkit/db/PwDbSymbolTable.h"
 
 class PwDbEntity;
+class PwString;
+class PwDbXrefResolver;
 
 /// Walks a snapshot of a block's entity ids taken when the iterator was made; steps never
 /// allocate, so that blocks of millions of entities are walked quickly.
@@ -97,7 +112,31 @@ class PwDbBlockTableRecord : public PwDbSymbolTableRecord {
     Plotwright::ErrorStatus getBlockReferenceIds(PwArray<PwDbObjectId>& ids, bool directOnly = true,
                                                  bool forceValidity = false) const;
 
-    /// Name (in the base), entity ids, layout id.
+    // --- External references ------------------------------------------------------------
+
+    /// True when the block stands for another drawing: its path name isn't empty.
+    bool isFromExternalReference() const { return !m_pathName.empty(); }
+    /// Makes the block a reference to the drawing stored as `path`, kept exactly as given
+    /// (relative to the drawing's folder with '\' or '/', rooted, rooted at one separator,
+    /// or a URL); null or empty makes it an ordinary block again. A loaded drawing is let go
+    /// and the reference is unresolved. StatusNotOpenForWrite.
+    Plotwright::ErrorStatus setPathName(const char16_t* path);
+    /// Copies the stored path into `path` (empty for an ordinary block).
+    Plotwright::ErrorStatus pathName(PwString& path) const;
+    /// The stored path; owned by the block, never null.
+    const char16_t* pathName() const { return m_pathName.c_str(); }
+    /// The drawing loaded for the reference; null unless xrefStatus() is XrefResolved. A
+    /// database of an unresolved reference is never kept, so `includeUnresolved` changes
+    /// nothing.
+    PwDbDatabase* xrefDatabase(bool includeUnresolved = false) const;
+    /// The state of the reference; see the table at the top of this header.
+    PwDb::XrefStatus xrefStatus() const;
+    /// True when the reference is marked unloaded: resolution passes it over.
+    bool isUnloaded() const { return m_unloaded; }
+    /// Marks the reference unloaded (letting its drawing go) or not. StatusNotOpenForWrite.
+    Plotwright::ErrorStatus setIsUnloaded(bool unloaded);
+
+    /// Name (in the base), entity ids, layout id, path name, unloaded mark.
     Plotwright::ErrorStatus plwInFields(PwDbPlwFiler* filer) override;
     Plotwright::ErrorStatus plwOutFields(PwDbPlwFiler* filer) const override;
 
@@ -110,6 +149,13 @@ class PwDbBlockTableRecord : public PwDbSymbolTableRecord {
 
     std::vector<PwDbObjectId> m_entities;
     PwDbObjectId m_layout;
+    wstring m_pathName;
+    bool m_unloaded = false;
+
+    // The session's state of the reference, set by resolution only.
+    friend class PwDbXrefResolver;
+    PwDbDatabase* m_xrefDatabase = nullptr;
+    PwDb::XrefStatus m_resolution = PwDb::XrefFilePresentUnresolved;
 };
 
 /// The typed iterator of the block table.

@@ -8,6 +8,7 @@
 #include "toolkit/db/PwDbObject.h"
 #include "toolkit/db/PwDbTransactionManager.h"
 #include "toolkit/file/PwDbDatabaseFileState.h"
+#include "toolkit/xref/PwDbXrefState.h"
 
 // Which layers entities use, worked out at most once per state of the drawing.
 struct PwDbDatabase::LayerUsage {
@@ -140,6 +141,7 @@ void PwDbDatabase::swapContents(PwDbDatabase& other) {
     std::swap(m_layerZero, other.m_layerZero);
     std::swap(m_currentLayer, other.m_currentLayer);
     std::swap(m_measurement, other.m_measurement);
+    std::swap(m_loadedXrefs, other.m_loadedXrefs);
     // A deque swap keeps every element where it is, so ids stay valid; only the records'
     // owner changes.
     for (PwDbStub& stub : m_stubs) stub.database = this;

@@ -17,6 +17,7 @@
 
 #include <deque>
 #include <memory>
+#include <string>
 #include <unordered_map>
 #include <vector>
 
@@ -226,4 +227,18 @@ class PwDbDatabase {
     /// itself; saved again as they were.
     struct AppInfoKept;
     std::unique_ptr<AppInfoKept> m_appInfoKept;
+
+    // External references (toolkit/xref). A drawing loaded for a reference knows the host
+    // that owns it and where it was loaded from; that stays when it is read again. A host
+    // owns the drawings loaded for its references at every depth; they go with its objects
+    // when it is read again.
+    friend class PwDbXrefResolver;
+    struct XrefOrigin {
+        PwDbDatabase* host = nullptr;
+        wstring path;
+        std::string fileIdentity;
+    };
+    XrefOrigin m_xrefOrigin;
+    struct LoadedXrefs;
+    std::unique_ptr<LoadedXrefs> m_loadedXrefs;
 };

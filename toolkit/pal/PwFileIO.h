@@ -88,4 +88,8 @@ class File {
 /// True when `a` and `b` name the same existing file (same device and inode).
 bool SameFile(const char16_t* a, const char16_t* b);
 
+/// A text that is the same for every path of one existing file (its device and inode), and
+/// differs between files; empty when `path` names no file that can be examined.
+std::string FileIdentity(const char16_t* path);
+
 }  // namespace Morvane::Plotwright::PAL::FileIO

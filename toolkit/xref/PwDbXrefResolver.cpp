@@ -1,0 +1,211 @@
+// Resolving references: a depth-first walk over the files a host refers to, which loads each
+// file once and never follows a reference back up its own way.
+#include "toolkit/xref/PwDbXrefResolver.h"
+
+#include <algorithm>
+#include <memory>
+
+#include "lodeutil/Path.h"
+#include "lodeutil/Strings.h"
+#include "toolkit/db/PwDbBlockTable.h"
+#include "toolkit/db/PwDbDatabase.h"
+#include "toolkit/db/PwDbDependentFiles.h"
+#include "toolkit/db/PwDbStub.h"
+#include "toolkit/pal/PwFileIO.h"
+#include "toolkit/xref/PwDbXrefState.h"
+#include "toolkit/xref/PwDbXrefs.h"
+
+namespace FileIO = Morvane::Plotwright::PAL::FileIO;
+using Plotwright::ErrorStatus;
+using Plotwright::StatusOk;
+
+namespace {
+
+PwDbBlockTableRecord* BlockOf(PwDbObjectId id) {
+    if (id.isNull() || id.stub()->object == nullptr) return nullptr;
+    return PwDbBlockTableRecord::cast(id.stub()->object);
+}
+
+bool IsExchangeFile(const wstring& path) {
+    return LodeUtil::Order(LodeUtil::Path::GetExtension(path), u".plx",
+                           LodeUtil::StringOrder::CodeUnit, LodeUtil::StringCase::Ignore) == 0;
+}
+
+ErrorStatus ReadDrawing(PwDbDatabase& database, const wstring& path) {
+    if (IsExchangeFile(path)) return database.plxIn(path.c_str());
+    return database.readPlwFile(path.c_str(), PwDbDatabase::OpenModeAlternate);
+}
+
+}  // namespace
+
+PwDbXrefResolver::PwDbXrefResolver(PwDbDatabase& host, bool rereadResolved)
+    : m_host(host), m_rereadResolved(rereadResolved) {}
+
+PwDbDatabase& PwDbXrefResolver::hostOf(PwDbDatabase& database) {
+    return database.m_xrefOrigin.host != nullptr ? *database.m_xrefOrigin.host : database;
+}
+
+const wstring& PwDbXrefResolver::originalPath(const PwDbDatabase& database) {
+    return database.m_xrefOrigin.path;
+}
+
+PwDbDatabase* PwDbXrefResolver::loadedFor(const PwDbDatabase& database) {
+    return database.m_xrefOrigin.host;
+}
+
+std::vector<PwDbBlockTableRecord*> PwDbXrefResolver::referenceBlocks(const PwDbDatabase& database) {
+    std::vector<PwDbBlockTableRecord*> blocks;
+    const PwDbObjectId tableId = database.blockTableId();
+    if (tableId.isNull() || tableId.stub()->object == nullptr) return blocks;
+    const auto* table = PwDbBlockTable::cast(tableId.stub()->object);
+    if (table == nullptr) return blocks;
+    PwDbSymbolTableIterator* iterator = nullptr;
+    table->newIterator(iterator, true, true);
+    for (; !iterator->done(); iterator->step(true, true)) {
+        PwDbObjectId id;
+        iterator->getRecordId(id);
+        PwDbBlockTableRecord* block = BlockOf(id);
+        if (block != nullptr && block->isFromExternalReference()) blocks.push_back(block);
+    }
+    delete iterator;
+    return blocks;
+}
+
+void PwDbXrefResolver::setResolution(PwDbBlockTableRecord& block, PwDbDatabase* loaded,
+                                     PwDb::XrefStatus status) {
+    block.m_xrefDatabase = loaded;
+    block.m_resolution = status;
+}
+
+void PwDbXrefResolver::resolveTree(PwDbDatabase& database, bool rereadResolved) {
+    PwDbDatabase& host = hostOf(database);
+    PwDbXrefResolver run(host, rereadResolved);
+    const char16_t* name = nullptr;
+    host.getFilename(name);
+    run.resolveReferencesOf(host, FileIO::FileIdentity(name));
+    run.dropUnused();
+}
+
+void PwDbXrefResolver::resolveReferencesOf(PwDbDatabase& holder,
+                                           const std::string& holderIdentity) {
+    if (!holderIdentity.empty()) m_inProgress.push_back(holderIdentity);
+    for (PwDbBlockTableRecord* block : referenceBlocks(holder)) {
+        if (block->isUnloaded()) continue;
+        PwDbDatabase* loaded = block->xrefDatabase();
+        if (loaded == nullptr) {
+            loaded = resolve(holder, *block);
+        } else if (m_rereadResolved) {
+            reread(*loaded);
+        }
+        if (loaded == nullptr) continue;
+        const std::string& identity = loaded->m_xrefOrigin.fileIdentity;
+        if (m_finished.count(identity) != 0 ||
+            std::find(m_inProgress.begin(), m_inProgress.end(), identity) != m_inProgress.end())
+            continue;
+        resolveReferencesOf(*loaded, identity);
+    }
+    if (!holderIdentity.empty()) {
+        m_inProgress.pop_back();
+        m_finished.insert(holderIdentity);
+    }
+}
+
+PwDbDatabase* PwDbXrefResolver::resolve(PwDbDatabase& holder, PwDbBlockTableRecord& block) {
+    wstring found;
+    if (pwdbFindDependentFile(found, block.pathName(), &holder,
+                              PwDbHostApplicationServices::kXrefDrawing) != StatusOk) {
+        setResolution(block, nullptr, PwDb::XrefFileMissing);
+        return nullptr;
+    }
+    const std::string identity = FileIO::FileIdentity(found.c_str());
+    if (identity.empty()) {
+        setResolution(block, nullptr, PwDb::XrefFileMissing);
+        return nullptr;
+    }
+    const bool closesCycle =
+        std::find(m_inProgress.begin(), m_inProgress.end(), identity) != m_inProgress.end();
+    if (closesCycle || m_unreadable.count(identity) != 0) {
+        setResolution(block, nullptr, PwDb::XrefFilePresentUnresolved);
+        return nullptr;
+    }
+    PwDb::XrefStatus status = PwDb::XrefResolved;
+    PwDbDatabase* loaded = load(found, identity, status);
+    setResolution(block, loaded, status);
+    return loaded;
+}
+
+PwDbDatabase* PwDbXrefResolver::load(const wstring& path, const std::string& identity,
+                                     PwDb::XrefStatus& status) {
+    if (!m_host.m_loadedXrefs) m_host.m_loadedXrefs = std::make_unique<PwDbDatabase::LoadedXrefs>();
+    auto& byFile = m_host.m_loadedXrefs->byFile;
+    if (auto existing = byFile.find(identity); existing != byFile.end()) {
+        status = PwDb::XrefResolved;
+        return existing->second.get();
+    }
+    auto database = std::make_unique<PwDbDatabase>(false, true);
+    if (ReadDrawing(*database, path) != StatusOk) {
+        m_unreadable.insert(identity);
+        status = PwDb::XrefFilePresentUnresolved;
+        return nullptr;
+    }
+    database->m_xrefOrigin = {&m_host, path, identity};
+    PwDbDatabase* loaded = database.get();
+    byFile.emplace(identity, std::move(database));
+    status = PwDb::XrefResolved;
+    return loaded;
+}
+
+void PwDbXrefResolver::reread(PwDbDatabase& loaded) {
+    const std::string& identity = loaded.m_xrefOrigin.fileIdentity;
+    if (m_finished.count(identity) != 0) return;
+    if (std::find(m_inProgress.begin(), m_inProgress.end(), identity) != m_inProgress.end()) return;
+    // A failed read keeps the drawing as it was: the reference stays usable.
+    ReadDrawing(loaded, loaded.m_xrefOrigin.path);
+}
+
+ErrorStatus PwDbXrefResolver::prepareReload(PwDbObjectId id) {
+    if (id.isNull()) return Plotwright::StatusNullObjectId;
+    if (!id.isValid()) return Plotwright::StatusInvalidObjectId;
+    PwDbBlockTableRecord* block = BlockOf(id);
+    if (block == nullptr || !block->isFromExternalReference())
+        return Plotwright::StatusNotThatKindOfClass;
+    PwDbDatabase* holder = id.database();
+    if (block->m_unloaded) {
+        block->m_unloaded = false;
+        holder->noteChange();
+    }
+    PwDbDatabase* loaded = block->xrefDatabase();
+    if (loaded == nullptr) {
+        setResolution(*block, nullptr, PwDb::XrefFilePresentUnresolved);
+        return StatusOk;
+    }
+    wstring found;
+    if (pwdbFindDependentFile(found, block->pathName(), holder,
+                              PwDbHostApplicationServices::kXrefDrawing) != StatusOk) {
+        setResolution(*block, nullptr, PwDb::XrefFileMissing);
+        return Plotwright::StatusFileNotFound;
+    }
+    if (FileIO::FileIdentity(found.c_str()) != loaded->m_xrefOrigin.fileIdentity) {
+        // The reference now leads to another file: resolution finds it afresh.
+        setResolution(*block, nullptr, PwDb::XrefFilePresentUnresolved);
+        return StatusOk;
+    }
+    return ReadDrawing(*loaded, loaded->m_xrefOrigin.path);
+}
+
+void PwDbXrefResolver::dropUnused() {
+    if (!m_host.m_loadedXrefs) return;
+    auto& byFile = m_host.m_loadedXrefs->byFile;
+    std::set<const PwDbDatabase*> used;
+    std::vector<const PwDbDatabase*> pending{&m_host};
+    while (!pending.empty()) {
+        const PwDbDatabase* database = pending.back();
+        pending.pop_back();
+        for (PwDbBlockTableRecord* block : referenceBlocks(*database)) {
+            const PwDbDatabase* loaded = block->xrefDatabase();
+            if (loaded != nullptr && used.insert(loaded).second) pending.push_back(loaded);
+        }
+    }
+    std::erase_if(byFile,
+                  [&used](const auto& entry) { return used.count(entry.second.get()) == 0; });
+}
