@@ -1,6 +1,7 @@
 // Resolving references between drawings on disk: depth, sharing, cycles, missing files and
 // every form of stored path.
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include "XrefTestSupport.h"
 #include "lodeutil/Utf.h"
@@ -291,6 +292,23 @@ TEST_F(XrefResolution, APathNameNeedsAWriteOpenAndEmptyMakesAnOrdinaryBlock) {
     EXPECT_EQ(writing->xrefDatabase(), nullptr);
     ASSERT_EQ(writing->setPathName(u"x.plw"), StatusOk);
     EXPECT_EQ(writing->xrefStatus(), PwDb::XrefFilePresentUnresolved);
+}
+
+}  // namespace
+
+namespace {
+
+using namespace pwdbxreftest;
+
+class XrefSharing : public XrefFolderTest {};
+
+TEST_F(XrefSharing, ASymbolicLinkAndItsTargetAreOneFile) {
+    WriteDrawing("x.plw", {}, u"X");
+    ASSERT_EQ(symlink((folder + "/x.plw").c_str(), (folder + "/link.plw").c_str()), 0);
+    WriteDrawing("a.plw", {{u"DIRECT", u"x.plw"}, {u"LINKED", u"link.plw"}});
+    auto a = OpenResolved("a.plw");
+    ASSERT_NE(LoadedFor(*a, u"DIRECT"), nullptr);
+    EXPECT_EQ(LoadedFor(*a, u"DIRECT"), LoadedFor(*a, u"LINKED"));
 }
 
 }  // namespace

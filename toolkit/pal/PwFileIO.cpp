@@ -7,6 +7,8 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdlib>
+#include <memory>
 #include <optional>
 
 #include "lodeutil/FileSystem.h"
@@ -226,14 +228,20 @@ ErrorStatus ReplaceFileAtomically(const char16_t* path, std::string_view bytes) 
 
 std::string FileIdentity(const char16_t* path) {
     const std::optional<std::string> native = path ? LodeUtil::NativePath(path) : std::nullopt;
-    struct stat status {};
-    if (!native || ::stat(native->c_str(), &status) != 0) return std::string();
-    return std::to_string(status.st_dev) + ":" + std::to_string(status.st_ino);
+    if (!native) return std::string();
+    std::unique_ptr<char, decltype(&std::free)> resolved(::realpath(native->c_str(), nullptr),
+                                                         &std::free);
+    return resolved ? std::string(resolved.get()) : std::string();
 }
 
 bool SameFile(const char16_t* a, const char16_t* b) {
-    const std::string first = FileIdentity(a);
-    return !first.empty() && first == FileIdentity(b);
+    const std::optional<std::string> first = a ? LodeUtil::NativePath(a) : std::nullopt;
+    const std::optional<std::string> second = b ? LodeUtil::NativePath(b) : std::nullopt;
+    struct stat one {
+    }, two{};
+    return first && second && ::stat(first->c_str(), &one) == 0 &&
+           ::stat(second->c_str(), &two) == 0 && one.st_dev == two.st_dev &&
+           one.st_ino == two.st_ino;
 }
 
 }  // namespace Morvane::Plotwright::PAL::FileIO

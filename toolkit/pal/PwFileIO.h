@@ -88,8 +88,9 @@ class File {
 /// True when `a` and `b` name the same existing file (same device and inode).
 bool SameFile(const char16_t* a, const char16_t* b);
 
-/// A text that is the same for every path of one existing file (its device and inode), and
-/// differs between files; empty when `path` names no file that can be examined.
+/// The canonical path of an existing file (absolute, symbolic links and `.`/`..` resolved),
+/// the same for every spelling of its path and kept when the file is replaced by a save;
+/// empty when `path` names no file that can be reached.
 std::string FileIdentity(const char16_t* path);
 
 }  // namespace Morvane::Plotwright::PAL::FileIO

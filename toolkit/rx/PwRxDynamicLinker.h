@@ -6,8 +6,9 @@
 //   int localeId = linker->productLocale();
 //
 //   if (linker->loadModule(u"PwXopen.qmx", false, false)) {
-//       using Open = int (*)(const char16_t*);
-//       auto open = reinterpret_cast<Open>(linker->getSymbolAddress(u"PwXopen", "pwXopen"));
+//       using Open = Plotwright::ErrorStatus (*)(PwArray<PwDbObjectId>, bool);
+//       auto open = reinterpret_cast<Open>(
+//           linker->getSymbolAddress(u"PlotwrightXopen", "pwdbOpenXrefFile"));
 //   }
 //
 // The module functions are those of PwRxModules.h; the linker is their object form.

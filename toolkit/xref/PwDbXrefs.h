@@ -11,8 +11,9 @@
 // found as pwdbFindDependentFile finds it, relative to the drawing that holds the reference.
 // Rules:
 //   - A file reached twice anywhere below one host is loaded once; every block that refers
-//     to it shares the one database. Files are told apart by device and inode, so two
-//     spellings of one path are one file.
+//     to it shares the one database. Files are told apart by their canonical paths, so two
+//     spellings of one path, or a symbolic link and its target, are one file; a file that a
+//     save replaced stays the same file.
 //   - A reference to a drawing that is being resolved further up the same way (A to B to
 //     A, or a drawing to itself) would close a cycle: it isn't loaded and its status is
 //     XrefFilePresentUnresolved. The loaded references thus never form a cycle.
