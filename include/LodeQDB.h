@@ -45,6 +45,7 @@
 #include "toolkit/db/PwDbBlockTable.h"
 #include "toolkit/db/PwDbCurves.h"
 #include "toolkit/db/PwDbDatabase.h"
+#include "toolkit/db/PwDbDependentFiles.h"
 #include "toolkit/db/PwDbDictionary.h"
 #include "toolkit/db/PwDbEntity.h"
 #include "toolkit/db/PwDbHostApplicationServices.h"
@@ -65,8 +66,12 @@
 #include "toolkit/file/PwDbDrawingImage.h"
 #include "toolkit/file/PwDbPreview.h"
 #include "toolkit/pal/PwFileIO.h"
+#include "toolkit/xref/PwDbXrefAuthoring.h"
+#include "toolkit/xref/PwDbXrefGraph.h"
+#include "toolkit/xref/PwDbXrefs.h"
 
 // Service library
 #include "platform/LodeExceptions.h"
 #include "platform/MessageTexts.h"
 #include "platform/ThrowLodeExceptionOnFile.h"
+#include "readsave/ReadIntoDatabase.h"
