@@ -1,0 +1,25 @@
+#include "references/DependentFile.h"
+
+#include "lodeutil/FileSystem.h"
+#include "lodeutil/Path.h"
+#include "references/PathQuestions.h"
+#include "toolkit/db/PwDbDatabase.h"
+
+namespace LodeQDBUtil {
+
+Plotwright::ErrorStatus FindDependentFullName(wstring& fullPath, const wstring& dependentPath,
+                                              PwDbDatabase* host) {
+    if (&fullPath != &dependentPath) fullPath = dependentPath;
+    const wstring hostPath = host != nullptr ? GetDatabasePath(*host) : wstring();
+    const wstring hostFolder = LodeUtil::Path::GetDirectoryName(hostPath);
+    if (!IsPathURL(fullPath) && !LodeUtil::Path::IsPathRooted(fullPath)) {
+        if (hostPath.empty()) return Plotwright::StatusFileNotFound;
+        fullPath = LodeUtil::CombineRelative(hostFolder, fullPath);
+    }
+    if (LodeUtil::File::Exists(fullPath)) return Plotwright::StatusOk;
+    if (hostPath.empty()) return Plotwright::StatusFileNotFound;
+    fullPath = LodeUtil::CombineRelative(hostFolder, LodeUtil::Path::GetFileName(fullPath));
+    return LodeUtil::File::Exists(fullPath) ? Plotwright::StatusOk : Plotwright::StatusFileNotFound;
+}
+
+}  // namespace LodeQDBUtil

@@ -1,0 +1,46 @@
+#include "references/XrefOpening.h"
+
+#include "toolkit/rx/PwRxClass.h"
+#include "toolkit/rx/PwRxDictionary.h"
+#include "toolkit/rx/PwRxDynamicLinker.h"
+#include "toolkit/rx/PwRxModules.h"
+
+namespace pwdb {
+
+namespace {
+
+constexpr char16_t kService[] = u"PlotwrightXopen";
+constexpr char16_t kModule[] = u"PwXopen.qmx";
+
+// The service takes its array by value and disposes of it.
+using OpenXrefFileFunction = Plotwright::ErrorStatus (*)(PwArray<PwDbObjectId>, bool);
+
+}  // namespace
+
+Plotwright::ErrorStatus OpenXrefFile(const PwDbObjectId& blockId, bool quiet) {
+    if (blockId.isNull()) return Plotwright::StatusNullObjectId;
+    PwArray<PwDbObjectId> ids(0, 8);
+    ids.append(blockId);
+    return OpenXrefFiles(ids, quiet);
+}
+
+Plotwright::ErrorStatus OpenXrefFiles(const PwArray<PwDbObjectId>& blockIds, bool quiet) {
+    if (!pwrxServiceIsRegistered(kService)) {
+        pwrxLoadModule(kModule, false, true);
+        if (!pwrxServiceIsRegistered(kService)) return Plotwright::StatusXopenUnavailable;
+    }
+    PwRxObject* entry = pwrxSysRegistry()->at(u"DynamicLinker");
+    auto* linker = entry != nullptr && PwRxClass::isDerivedFrom(entry->runtimeClass(),
+                                                                PwRxDynamicLinker::desc())
+                       ? static_cast<PwRxDynamicLinker*>(entry)
+                       : nullptr;
+    // Bound anew at every call: the address is not worth keeping across unloads.
+    auto open = linker != nullptr ? reinterpret_cast<OpenXrefFileFunction>(
+                                        linker->getSymbolAddress(kService, "pwdbOpenXrefFile"))
+                                  : nullptr;
+    if (open == nullptr) return Plotwright::StatusXopenUnavailable;
+    PwArray<PwDbObjectId> copy(blockIds);
+    return open(std::move(copy), quiet);
+}
+
+}  // namespace pwdb
