@@ -75,3 +75,7 @@
 #include "platform/MessageTexts.h"
 #include "platform/ThrowLodeExceptionOnFile.h"
 #include "readsave/ReadIntoDatabase.h"
+#include "references/DependentFile.h"
+#include "references/PathQuestions.h"
+#include "references/XrefOpening.h"
+#include "service/FileData.h"
