@@ -74,6 +74,8 @@
 #include "platform/LodeExceptions.h"
 #include "platform/MessageTexts.h"
 #include "platform/ThrowLodeExceptionOnFile.h"
+#include "platform/FaultGuard.h"
+#include "readsave/DgnModule.h"
 #include "readsave/ReadIntoDatabase.h"
 #include "references/DependentFile.h"
 #include "references/PathQuestions.h"

@@ -1,0 +1,54 @@
+#include "readsave/DgnModule.h"
+
+#include <atomic>
+
+#include "lodeutil/Module.h"
+#include "platform/FaultGuard.h"
+#include "platform/LodeExceptions.h"
+#include "toolkit/core/PwString.h"
+#include "toolkit/rx/PwRxDictionary.h"
+#include "toolkit/rx/PwRxDynamicLinker.h"
+#include "toolkit/rx/PwRxModules.h"
+
+namespace LodeQDBUtil {
+
+namespace {
+
+std::atomic<size_t> g_lookups{0};
+
+using IsDgnFileEntry = bool (*)(const PwString&);
+IsDgnFileEntry g_isDgnFile = nullptr;
+
+}  // namespace
+
+void* BindDgnEntryPoint(const char* name) {
+    ++g_lookups;
+    LodeUtil::ModuleHandle module = pwrxModuleHandle(kDgnModuleName);
+    if (module == nullptr) {
+        // The linker is the toolkit's own registry entry; it is always there.
+        auto* linker = static_cast<PwRxDynamicLinker*>(pwrxSysRegistry()->at(u"DynamicLinker"));
+        if (!linker->loadModule(kDgnModuleName, false, true)) throw lode::InkstoneError();
+        module = pwrxModuleHandle(kDgnModuleName);
+        if (module == nullptr) throw lode::InkstoneError();
+    }
+    void* address = LodeUtil::Module::Symbol(module, name);
+    if (address == nullptr) throw lode::InkstoneError();
+    return address;
+}
+
+bool IsDGNFile(const wstring& path) {
+    bool answer = false;
+    const IsDgnFileEntry probe = BindDgnEntryPointOnce(g_isDgnFile, "DGNIsDgnFile");
+    // Made outside the guard: a fault jumps past destructors, and the text would leak.
+    const PwString text(path.c_str(), path.size());
+    RunGuarded([&] { answer = probe(text); });
+    return answer;
+}
+
+namespace detail {
+size_t DgnEntryLookups() {
+    return g_lookups;
+}
+}  // namespace detail
+
+}  // namespace LodeQDBUtil

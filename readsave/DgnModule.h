@@ -1,0 +1,38 @@
+// The binding of the DGN reader, the run-time module "PwDgnIO.qdb": loaded on the first DGN
+// question, its entries looked up once each by their plain names.
+//
+//   if (LodeQDBUtil::IsDGNFile(u"/srv/site.dgn")) { ... }   // lode::InkstoneError without it
+#pragma once
+
+#include <cstddef>
+
+#include "lodeutil/WideString.h"
+
+namespace LodeQDBUtil {
+
+/// The module's file name.
+inline constexpr char16_t kDgnModuleName[] = u"PwDgnIO.qdb";
+
+/// The address of the module's entry `name`, loading the module first when it isn't in the
+/// process. lode::InkstoneError when the module can't be loaded or lacks the entry.
+void* BindDgnEntryPoint(const char* name);
+
+/// Binds the entry `name` into `slot` unless it holds an address already; gives the address.
+/// The slots are plain process-wide pointers: two threads binding one entry store the same
+/// address.
+template <class Function>
+Function BindDgnEntryPointOnce(Function& slot, const char* name) {
+    if (slot == nullptr) slot = reinterpret_cast<Function>(BindDgnEntryPoint(name));
+    return slot;
+}
+
+/// Whether the module takes `path` for a DGN file. lode::InkstoneError when the module can't
+/// be bound; false when the module's probe faults.
+bool IsDGNFile(const wstring& path);
+
+namespace detail {
+/// How many entries were looked up in the module so far, for tests of the binding.
+size_t DgnEntryLookups();
+}  // namespace detail
+
+}  // namespace LodeQDBUtil
