@@ -80,4 +80,5 @@
 #include "references/DependentFile.h"
 #include "references/PathQuestions.h"
 #include "references/XrefOpening.h"
+#include "references/XrefPath.h"
 #include "service/FileData.h"
