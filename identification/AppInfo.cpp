@@ -1,0 +1,98 @@
+#include "identification/AppInfo.h"
+
+#include <memory>
+
+#include "identification/HeaderVersion.h"
+
+namespace LodeQDBUtil {
+
+const unsigned char kAppInfoMarker[32] = {
+    0x53, 0xDE, 0x38, 0x1D, 0xEC, 0x43, 0x21, 0xCA, 0x96, 0x19, 0xE1, 0xE2, 0x17, 0x1A, 0x2A, 0x67,
+    0x3B, 0xD9, 0x7F, 0xF7, 0x3C, 0xBB, 0xCE, 0x08, 0xA0, 0x53, 0xD8, 0xED, 0xD2, 0x8D, 0xC5, 0xC7};
+
+namespace {
+
+// Strings up to this many units are read on the stack.
+constexpr uint32_t kLocalUnits = 1024;
+
+bool ReadUint16(BufferedFile& file, uint16_t& value) {
+    unsigned char bytes[2];
+    if (!ReadBytes(file, bytes, 2)) return false;
+    value = static_cast<uint16_t>(bytes[0] | bytes[1] << 8);
+    return true;
+}
+
+bool ReadUint32(BufferedFile& file, uint32_t& value) {
+    unsigned char bytes[4];
+    if (!ReadBytes(file, bytes, 4)) return false;
+    value = uint32_t{bytes[0]} | uint32_t{bytes[1]} << 8 | uint32_t{bytes[2]} << 16 |
+            uint32_t{bytes[3]} << 24;
+    return true;
+}
+
+bool ReadKey(BufferedFile& file, Guid& key) {
+    uint16_t data2 = 0;
+    uint16_t data3 = 0;
+    if (!ReadUint32(file, key.data1) || !ReadUint16(file, data2) || !ReadUint16(file, data3))
+        return false;
+    key.data2 = data2;
+    key.data3 = data3;
+    return ReadBytes(file, key.data4, sizeof key.data4);
+}
+
+}  // namespace
+
+bool ReadAppInfoString(BufferedFile& file, wstring& text) {
+    uint16_t length = 0;
+    if (!ReadUint16(file, length)) return false;
+    unsigned char local[kLocalUnits * 2];
+    std::unique_ptr<unsigned char[]> onHeap;
+    unsigned char* units = local;
+    if (length > kLocalUnits) {
+        onHeap = std::make_unique<unsigned char[]>(size_t{length} * 2);
+        units = onHeap.get();
+    }
+    if (!ReadBytes(file, units, uint32_t{length} * 2)) return false;
+    for (uint32_t i = 0; i + 1 < length; ++i)
+        text.push_back(static_cast<char16_t>(units[2 * i] | units[2 * i + 1] << 8));
+    return true;
+}
+
+bool ReadAppInfo(const char16_t* path, PwHsAppInfoNotifier& notifier) {
+    uint32_t scanStart = 0;
+    if (ReadFileVersionSignature(path, scanStart) < kFirstCodeWithAppInfo) return false;
+    BufferedFile file;
+    file.file = OpenHeaderFile(path);
+    if (file.file.openStatus() == Plotwright::StatusOk &&
+        !file.file.seek(static_cast<int64_t>(scanStart),
+                        Morvane::Plotwright::PAL::FileIO::kSeekFromStart))
+        file.file = HeaderFile::nullFile();
+    if (ScanForMarker(file, kAppInfoMarker, sizeof kAppInfoMarker) < 0) return false;
+    uint32_t ignored = 0;
+    wstring header;
+    if (!ReadUint32(file, ignored) || !ReadAppInfoString(file, header)) return false;
+    uint32_t count = 0;
+    if (!ReadUint32(file, count)) return false;
+    notifier.OnEntryCount(count);
+    for (uint32_t i = 0; i < count; ++i) {
+        Guid key;
+        wstring text;
+        if (!ReadKey(file, key) || !ReadAppInfoString(file, text)) return false;
+        notifier.OnEntry(key, text);
+    }
+    return true;
+}
+
+bool ReadAppInfoMap(const char16_t* path, AppInfoMap& entries) {
+    AppInfoNotifier notifier(&entries);
+    return ReadAppInfo(path, notifier);
+}
+
+bool GetAppInfoText(const AppInfoMap& entries, const Guid& key, wstring& text) {
+    const auto found = entries.find(key);
+    if (found == entries.end()) return false;
+    text = found->second;
+    return true;
+}
+
+}  // namespace LodeQDBUtil
