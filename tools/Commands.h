@@ -9,4 +9,9 @@ namespace lodeqdb::cli {
 /// library, formatted with its argument, in the chosen or the environment's locale.
 void AddMessageCommand(CLI::App& app);
 
+/// `lodeqdb type FILE... [--header | --database] [--json]`, `lodeqdb creator FILE`,
+/// `lodeqdb format FILE [--json]`: the kind of application that made drawings, the creator's
+/// name, the format generation.
+void AddIdentifyCommands(CLI::App& app);
+
 }  // namespace lodeqdb::cli

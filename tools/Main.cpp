@@ -8,6 +8,7 @@ int main(int argc, char** argv) {
     CLI::App app{"lodeqdb: what drawings depend on, what they are and what they hold"};
     app.require_subcommand(1);
     lodeqdb::cli::AddMessageCommand(app);
+    lodeqdb::cli::AddIdentifyCommands(app);
     try {
         app.parse(argc, argv);
     } catch (const CLI::RuntimeError& failure) {

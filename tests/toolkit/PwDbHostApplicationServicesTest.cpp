@@ -77,7 +77,7 @@ TEST(PwDbHostApplicationServices, DefaultsDescribeAToolkitOnlyProcess) {
     EXPECT_EQ(services.workingDatabase(), nullptr);
     EXPECT_TRUE(services.rootFolder().empty());
     EXPECT_NE(services.hostLayoutService(), nullptr);
-    EXPECT_EQ(services.ownerGuid(), u"{6B1F3C2A-9D4E-4F7B-8A1C-2E5D7F9B0C31}");
+    EXPECT_EQ(services.ownerGuid(), u"{F29F85E0-4FF9-1068-AB91-08002B27B3D9}");
     EXPECT_EQ(services.creatorName(), u"LodeQDB");
 }
 

@@ -148,7 +148,7 @@ TEST_F(DrawingFiles, HeaderAndApplicationInformationBytes) {
     };
     EXPECT_EQ(std::memcmp(bytes.data() + at, kPwDbOwnerGuidKey.data(), 16), 0);
     at += 16;
-    EXPECT_EQ(readString(at), u"{6B1F3C2A-9D4E-4F7B-8A1C-2E5D7F9B0C31}");
+    EXPECT_EQ(readString(at), u"{F29F85E0-4FF9-1068-AB91-08002B27B3D9}");
     EXPECT_EQ(std::memcmp(bytes.data() + at, kPwDbSummaryFormatId.data(), 16), 0);
     at += 16;
     EXPECT_EQ(readString(at),

@@ -7,8 +7,9 @@
 
 namespace {
 
-// LodeQDB's own identity; drawings saved by a host that sets none carry it.
-constexpr char16_t kLodeQdbOwnerGuid[] = u"{6B1F3C2A-9D4E-4F7B-8A1C-2E5D7F9B0C31}";
+// The identity of the toolkit running alone, the plain kind of drawing application; drawings
+// saved by a host that sets none carry it, and are told plain drawings by their headers.
+constexpr char16_t kLodeQdbOwnerGuid[] = u"{F29F85E0-4FF9-1068-AB91-08002B27B3D9}";
 constexpr char16_t kLodeQdbCreatorName[] = u"LodeQDB";
 
 bool isAsciiLetter(char16_t unit) {

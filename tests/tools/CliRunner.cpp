@@ -1,0 +1,49 @@
+#include "CliRunner.h"
+
+#include <sys/wait.h>
+
+#include <cstdlib>
+#include <fstream>
+#include <sstream>
+
+namespace lodeqdbclitest {
+
+namespace {
+
+std::string Quoted(const std::string& argument) {
+    std::string quoted = "'";
+    for (char c : argument) quoted += c == '\'' ? std::string("'\\''") : std::string(1, c);
+    return quoted + "'";
+}
+
+std::string Slurp(const std::string& path) {
+    std::ifstream in(path, std::ios::binary);
+    std::stringstream all;
+    all << in.rdbuf();
+    return all.str();
+}
+
+}  // namespace
+
+CliResult RunCli(const std::vector<std::string>& arguments, const std::string& scratchFolder) {
+    std::string command = Quoted(LODEQDB_CLI);
+    for (const std::string& argument : arguments) command += " " + Quoted(argument);
+    const std::string out = scratchFolder + "/cli.out";
+    const std::string err = scratchFolder + "/cli.err";
+    command += " >" + Quoted(out) + " 2>" + Quoted(err);
+    const int status = std::system(command.c_str());
+    CliResult result;
+    result.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    result.out = Slurp(out);
+    result.err = Slurp(err);
+    return result;
+}
+
+std::vector<std::string> Lines(const std::string& text) {
+    std::vector<std::string> lines;
+    std::istringstream in(text);
+    for (std::string line; std::getline(in, line);) lines.push_back(line);
+    return lines;
+}
+
+}  // namespace lodeqdbclitest

@@ -1,0 +1,22 @@
+// Runs the command-line client as users do, capturing its output and exit code.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace lodeqdbclitest {
+
+struct CliResult {
+    int exitCode = -1;
+    std::string out;
+    std::string err;
+};
+
+/// Runs `lodeqdb` with `arguments` (each quoted for the shell), files for its output in
+/// `scratchFolder`.
+CliResult RunCli(const std::vector<std::string>& arguments, const std::string& scratchFolder);
+
+/// The lines of `text`, without their line ends.
+std::vector<std::string> Lines(const std::string& text);
+
+}  // namespace lodeqdbclitest

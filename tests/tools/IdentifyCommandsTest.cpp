@@ -1,0 +1,129 @@
+// `lodeqdb type`, `creator` and `format` end to end on drawings the toolkit wrote.
+#include <gtest/gtest.h>
+
+#include <nlohmann/json.hpp>
+
+#include "CliRunner.h"
+#include "support/TempFolderTest.h"
+#include "toolkit/db/PwDbAuthoring.h"
+#include "toolkit/db/PwDbDictionary.h"
+#include "toolkit/db/PwDbHostApplicationServices.h"
+
+namespace {
+
+using lodeqdbclitest::Lines;
+using lodeqdbclitest::RunCli;
+
+class IdentifyCommands : public lodeqdbtest::TempFolderTest {
+  protected:
+    IdentifyCommands() : TempFolderTest("lodeqdb-cli-identify") {}
+
+    void SetUp() override {
+        TempFolderTest::SetUp();
+        auto plain = PwDbAuthoring::createDrawing();
+        Save(*plain, "plain.plw", 33);
+        Save(*plain, "old.plw", 25);
+        ASSERT_EQ(plain->plxOut(Path("plain.plx").c_str(), 16, PwDb::PwDbPlwVersionCurrent),
+                  Plotwright::StatusOk);
+        auto gear = PwDbAuthoring::createDrawing();
+        ASSERT_EQ(PwDbAuthoring::addDictionaryEntry(*gear, gear->namedObjectsDictionaryId(),
+                                                    u"GMD_DICT_ROOT", new PwDbDictionary),
+                  Plotwright::StatusOk);
+        PwDbHostApplicationServices services;
+        services.setApplicationIdentity(u"{DE84900D-6D4B-7345-89E6-FB89C7CF723F}", u"Gearmark");
+        PwDbHostApplicationServices* previous = pwdbSetHostApplicationServices(&services);
+        Save(*gear, "gear.plw", 33);
+        Save(*gear, "gear-old.plw", 22);
+        pwdbSetHostApplicationServices(previous);
+        Write("junk.plw", "not a drawing");
+    }
+
+    void Save(PwDbDatabase& drawing, const std::string& name, int version) {
+        ASSERT_EQ(
+            drawing.saveAs(Path(name).c_str(), false, static_cast<PwDb::PwDbPlwVersion>(version)),
+            Plotwright::StatusOk);
+    }
+    std::string File(const std::string& name) const { return folder + "/" + name; }
+};
+
+TEST_F(IdentifyCommands, TypesAreListedOneLineAFile) {
+    const auto result = RunCli({"type", File("plain.plw"), File("gear.plw")}, folder);
+    EXPECT_EQ(result.exitCode, 0) << result.err;
+    const auto lines = Lines(result.out);
+    ASSERT_EQ(lines.size(), 2u);
+    EXPECT_EQ(lines[0], File("plain.plw") + ": 1 PlwTypePlain");
+    EXPECT_EQ(lines[1], File("gear.plw") + ": 3 PlwTypeGearmark");
+}
+
+TEST_F(IdentifyCommands, JsonLinesCarryFileTypeAndName) {
+    const auto result = RunCli({"type", "--json", File("gear.plw"), File("gear-old.plw")}, folder);
+    EXPECT_EQ(result.exitCode, 0) << result.err;
+    const auto lines = Lines(result.out);
+    ASSERT_EQ(lines.size(), 2u);
+    for (const std::string& line : lines) {
+        const auto record = nlohmann::json::parse(line);
+        EXPECT_EQ(record["type"], 3);
+        EXPECT_EQ(record["typeName"], "PlwTypeGearmark");
+    }
+    EXPECT_EQ(nlohmann::json::parse(lines[1])["file"], File("gear-old.plw"));
+}
+
+TEST_F(IdentifyCommands, AFailingFileIsReportedAndTheOthersGoOn) {
+    const auto result = RunCli(
+        {"type", "--json", File("junk.plw"), File("plain.plw"), File("missing.plw")}, folder);
+    EXPECT_EQ(result.exitCode, 1);
+    const auto lines = Lines(result.out);
+    ASSERT_EQ(lines.size(), 1u);
+    EXPECT_EQ(nlohmann::json::parse(lines[0])["file"], File("plain.plw"));
+    EXPECT_NE(result.err.find("InvalidFormat"), std::string::npos) << result.err;
+    EXPECT_NE(result.err.find("NotFound"), std::string::npos) << result.err;
+}
+
+TEST_F(IdentifyCommands, HeaderAndDatabaseCanBeAskedAlone) {
+    auto result = RunCli({"type", "--header", File("gear-old.plw")}, folder);
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_NE(result.err.find("NoAppInfo"), std::string::npos) << result.err;
+    result = RunCli({"type", "--database", File("gear-old.plw"), File("plain.plx")}, folder);
+    EXPECT_EQ(result.exitCode, 0) << result.err;
+    const auto lines = Lines(result.out);
+    ASSERT_EQ(lines.size(), 2u);
+    EXPECT_EQ(lines[0], File("gear-old.plw") + ": 3 PlwTypeGearmark");
+    EXPECT_EQ(lines[1], File("plain.plx") + ": 1 PlwTypePlain");
+    EXPECT_EQ(RunCli({"type", "--header", "--database", File("plain.plw")}, folder).exitCode, 2);
+}
+
+TEST_F(IdentifyCommands, TheCreatorIsNamed) {
+    auto result = RunCli({"creator", File("gear.plw")}, folder);
+    EXPECT_EQ(result.exitCode, 0) << result.err;
+    EXPECT_EQ(result.out, "Gearmark\n");
+    result = RunCli({"creator", File("plain.plw")}, folder);
+    EXPECT_EQ(result.out, "LodeQDB\n");
+    result = RunCli({"creator", File("gear-old.plw")}, folder);
+    EXPECT_EQ(result.exitCode, 1);
+}
+
+TEST_F(IdentifyCommands, TheFormatIsNumberedAndNamed) {
+    auto result = RunCli({"format", File("plain.plw")}, folder);
+    EXPECT_EQ(result.exitCode, 0) << result.err;
+    EXPECT_EQ(result.out, "8 FormatCurrent\n");
+    result = RunCli({"format", "--json", File("old.plw")}, folder);
+    const auto record = nlohmann::json::parse(result.out);
+    EXPECT_EQ(record["format"], 4);
+    EXPECT_EQ(record["formatName"], "FormatGeneration4");
+    result = RunCli({"format", File("missing.plw")}, folder);
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_NE(result.err.find("NotFound (code"), std::string::npos);
+}
+
+TEST_F(IdentifyCommands, UsageErrorsExitWithTwoAndHelpWithZero) {
+    EXPECT_EQ(RunCli({"type"}, folder).exitCode, 2);
+    EXPECT_EQ(RunCli({"format"}, folder).exitCode, 2);
+    EXPECT_EQ(RunCli({"nonsense"}, folder).exitCode, 2);
+    for (const char* command : {"type", "creator", "format"}) {
+        const auto help = RunCli({command, "--help"}, folder);
+        EXPECT_EQ(help.exitCode, 0) << command;
+        EXPECT_NE(help.out.find("Usage"), std::string::npos) << command;
+    }
+}
+
+}  // namespace

@@ -1,0 +1,49 @@
+#include "tools/EnumNames.h"
+
+namespace lodeqdb::cli {
+
+std::string PlwFileTypeName(lode::PlwFileType type) {
+    switch (type) {
+        case lode::PlwTypeUnknown:
+            return "PlwTypeUnknown";
+        case lode::PlwTypePlain:
+            return "PlwTypePlain";
+        case lode::PlwTypeMarkerBlock:
+            return "PlwTypeMarkerBlock";
+        case lode::PlwTypeGearmark:
+            return "PlwTypeGearmark";
+        case lode::PlwTypeScope:
+            return "PlwTypeScope";
+        case lode::PlwTypeScopeMaster:
+            return "PlwTypeScopeMaster";
+        case lode::PlwTypeTreeNode:
+            return "PlwTypeTreeNode";
+    }
+    return "PlwType" + std::to_string(static_cast<int>(type));
+}
+
+std::string PlotwrightFileFormatName(lode::PlotwrightFileFormat format) {
+    switch (format) {
+        case lode::FormatUnsupported:
+            return "FormatUnsupported";
+        case lode::FormatOldestPlx:
+            return "FormatOldestPlx";
+        case lode::FormatOldestPlw:
+            return "FormatOldestPlw";
+        case lode::FormatGeneration3:
+            return "FormatGeneration3";
+        case lode::FormatGeneration4:
+            return "FormatGeneration4";
+        case lode::FormatGeneration5:
+            return "FormatGeneration5";
+        case lode::FormatGeneration6:
+            return "FormatGeneration6";
+        case lode::FormatGeneration7:
+            return "FormatGeneration7";
+        case lode::FormatCurrent:
+            return "FormatCurrent";
+    }
+    return "Format" + std::to_string(static_cast<int>(format));
+}
+
+}  // namespace lodeqdb::cli

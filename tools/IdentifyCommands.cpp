@@ -1,0 +1,115 @@
+// `lodeqdb type`, `lodeqdb creator`, `lodeqdb format`: what generation a drawing is of and
+// which kind of application made it.
+#include <iostream>
+#include <nlohmann/json.hpp>
+#include <string>
+#include <vector>
+
+#include "identification/CreatorKind.h"
+#include "identification/FileFormat.h"
+#include "lodeutil/Utf.h"
+#include "readsave/ReadIntoDatabase.h"
+#include "toolkit/db/PwDbDatabase.h"
+#include "tools/Commands.h"
+#include "tools/EnumNames.h"
+#include "tools/Output.h"
+
+namespace lodeqdb::cli {
+namespace {
+
+struct TypeOptions {
+    std::vector<std::string> files;
+    bool header = false;
+    bool database = false;
+    bool json = false;
+};
+
+lode::PlwFileType TypeOf(const TypeOptions& options, const wstring& path) {
+    if (options.header) return LodeQDBUtil::GetPlwFileTypeByHeader(path);
+    if (options.database) {
+        PwDbDatabase drawing(false, true);
+        LodeQDBUtil::ReadFileToDatabase(path, drawing, true, false);
+        return LodeQDBUtil::GetPlwFileTypeByDatabase(drawing);
+    }
+    return LodeQDBUtil::GetPlwFileType(path);
+}
+
+// One line a file; a file that fails says so on stderr and the others go on.
+int ShowTypes(const TypeOptions& options) {
+    int result = ExitSuccess;
+    for (const std::string& file : options.files) {
+        const int code = RunReportingErrors([&] {
+            const lode::PlwFileType type = TypeOf(options, LodeUtil::Utf16FromUtf8(file));
+            if (options.json) {
+                const nlohmann::json line = {{"file", file},
+                                             {"type", static_cast<int>(type)},
+                                             {"typeName", PlwFileTypeName(type)}};
+                std::cout << line.dump() << '\n';
+            } else {
+                std::cout << file << ": " << static_cast<int>(type) << ' ' << PlwFileTypeName(type)
+                          << '\n';
+            }
+            return ExitSuccess;
+        });
+        if (code != ExitSuccess) result = ExitFailure;
+    }
+    return result;
+}
+
+void Check(int code) {
+    if (code != ExitSuccess) throw CLI::RuntimeError(code);
+}
+
+}  // namespace
+
+void AddIdentifyCommands(CLI::App& app) {
+    auto type = std::make_shared<TypeOptions>();
+    CLI::App* typeCommand = app.add_subcommand(
+        "type", "Which kind of application made each drawing (its header first, else its content)");
+    typeCommand->add_option("files", type->files, "Drawing files")->required();
+    auto* header = typeCommand->add_flag("--header", type->header,
+                                         "Tell by the header alone (fails without an owner entry)");
+    typeCommand->add_flag("--database", type->database, "Tell by the drawing's content alone")
+        ->excludes(header);
+    typeCommand->add_flag("--json", type->json, "One JSON object a line (JSON Lines)");
+    typeCommand->callback([type] { Check(ShowTypes(*type)); });
+
+    auto creatorFile = std::make_shared<std::string>();
+    CLI::App* creator =
+        app.add_subcommand("creator", "The name of the application that made a drawing");
+    creator->add_option("file", *creatorFile, "Drawing file")->required();
+    creator->callback([creatorFile] {
+        Check(RunReportingErrors([&] {
+            std::cout << Narrow(
+                             LodeQDBUtil::GetPlwCreatorName(LodeUtil::Utf16FromUtf8(*creatorFile)))
+                      << '\n';
+            return ExitSuccess;
+        }));
+    });
+
+    auto formatFile = std::make_shared<std::string>();
+    auto formatJson = std::make_shared<bool>(false);
+    CLI::App* format =
+        app.add_subcommand("format", "The format generation a drawing was last written in");
+    format->add_option("file", *formatFile, "Drawing file (.plw or .plx)")->required();
+    format->add_flag("--json", *formatJson, "One JSON object on stdout");
+    format->callback([formatFile, formatJson] {
+        Check(RunReportingErrors([&] {
+            const lode::PlotwrightFileFormat generation =
+                LodeQDBUtil::GetPlotwrightFileFormat(LodeUtil::Utf16FromUtf8(*formatFile));
+            if (*formatJson) {
+                const nlohmann::json record = {
+                    {"file", *formatFile},
+                    {"format", static_cast<int>(generation)},
+                    {"formatName", PlotwrightFileFormatName(generation)}};
+                std::cout << record.dump() << '\n';
+            } else {
+                std::cout << static_cast<int>(generation) << ' '
+                          << PlotwrightFileFormatName(generation) << '\n';
+            }
+            return ExitSuccess;
+        }));
+    });
+}
+
+}  // namespace lodeqdb::cli
