@@ -4,6 +4,7 @@
 
 #include "lodeutil/Utf.h"
 #include "toolkit/db/PwDbAuthoring.h"
+#include "toolkit/file/PwDbDrawingImage.h"
 
 int main(int argc, char** argv) {
     if (argc != 2) {
@@ -31,6 +32,24 @@ int main(int argc, char** argv) {
         written += drawing->saveAs(LodeUtil::Utf16FromUtf8(stem + ".plw").c_str(), false, v) == 0;
         written += drawing->plxOut(LodeUtil::Utf16FromUtf8(stem + ".plx").c_str(), 16, v) == 0;
     }
+    // Property set texts, as UTF-16 little-endian bytes.
+    const wstring sets[] = {
+        pwdbCreatorPropertySet(u"LodeQDB"),
+        u"<prop_set fmt_id=\"{F29F85E0-4FF9-1068-AB91-08002B27B3D9}\"><prop id=\"2\"><int>0x1f"
+        u"</int></prop><prop id_str=\"Creator\"><datetime>2024-05-17T10:20:30</datetime></prop>"
+        u"<prop id=\"258\"><boolval>true</boolval></prop></prop_set>",
+        u"<double>2.5e3</double><uint>7</uint>{E006715E-1EB4-4AE0-BC05-4BC5EFDDB41E}"};
+    int index = 0;
+    for (const wstring& set : sets) {
+        const std::string name = folder + "/set" + std::to_string(index++) + ".txt";
+        std::FILE* file = std::fopen(name.c_str(), "wb");
+        if (file == nullptr) continue;
+        for (char16_t unit : set) {
+            std::fputc(unit & 0xFF, file);
+            std::fputc(unit >> 8, file);
+        }
+        written += std::fclose(file) == 0;
+    }
     std::printf("%d seed files in %s\n", written, folder.c_str());
-    return written == 10 ? 0 : 1;
+    return written == 13 ? 0 : 1;
 }

@@ -10,15 +10,23 @@ cmake --build --preset fuzz
 
 work=build/fuzz/corpus
 rm -rf "$work"
-mkdir -p "$work/seeds" "$work/plw" "$work/plx"
+mkdir -p "$work/seeds" "$work/plw" "$work/plx" "$work/appinfo" "$work/property_set"
 build/fuzz/bin/make_fuzz_seeds "$work/seeds"
 cp "$work"/seeds/*.plw "$work/plw/"
 cp "$work"/seeds/*.plx "$work/plx/"
+cp "$work"/seeds/*.plw "$work/appinfo/"
+cp "$work"/seeds/*.txt "$work/property_set/"
 
-for reader in plw plx; do
-    echo "=== fuzzing the ${reader} reader for ${seconds} s"
-    build/fuzz/bin/${reader}_reader_fuzz -max_total_time="$seconds" -rss_limit_mb=2048 \
-        -print_final_stats=1 -artifact_prefix="build/fuzz/${reader}-" "$work/$reader" 2>&1 |
+fuzz() {
+    local target="$1" corpus="$2"
+    echo "=== fuzzing ${target} for ${seconds} s"
+    build/fuzz/bin/${target} -max_total_time="$seconds" -rss_limit_mb=2048 \
+        -print_final_stats=1 -artifact_prefix="build/fuzz/${target}-" "$work/$corpus" 2>&1 |
         tail -n 30
-done
+}
+
+fuzz plw_reader_fuzz plw
+fuzz plx_reader_fuzz plx
+fuzz appinfo_reader_fuzz appinfo
+fuzz property_set_fuzz property_set
 echo "fuzzing: no finding"
