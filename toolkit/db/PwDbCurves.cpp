@@ -11,10 +11,6 @@ PWRX_DEFINE_DYNAMIC_MEMBERS(PwDbArc, PwDbEntity, u"PwDbArc");
 
 namespace {
 
-bool isFinitePoint(const PwGePoint3d& point) {
-    return std::isfinite(point.x) && std::isfinite(point.y) && std::isfinite(point.z);
-}
-
 bool isValidRadius(double radius) {
     return std::isfinite(radius) && radius > 0.0;
 }
@@ -23,7 +19,7 @@ bool isValidRadius(double radius) {
 // that a setter would have refused.
 Plotwright::ErrorStatus readFinitePoint(PwDbPlwFiler* filer, PwGePoint3d& point) {
     if (auto status = filer->readPoint3d(point)) return status;
-    return isFinitePoint(point) ? Plotwright::StatusOk : Plotwright::StatusFilerError;
+    return point.isFinite() ? Plotwright::StatusOk : Plotwright::StatusFilerError;
 }
 
 Plotwright::ErrorStatus readFiniteDouble(PwDbPlwFiler* filer, double& value) {
@@ -45,12 +41,12 @@ PwDbLine::PwDbLine() = default;
 PwDbLine::~PwDbLine() = default;
 
 Plotwright::ErrorStatus PwDbLine::setStartPoint(const PwGePoint3d& point) {
-    if (!isFinitePoint(point)) return Plotwright::StatusInvalidInput;
+    if (!point.isFinite()) return Plotwright::StatusInvalidInput;
     return setField(m_start, point);
 }
 
 Plotwright::ErrorStatus PwDbLine::setEndPoint(const PwGePoint3d& point) {
-    if (!isFinitePoint(point)) return Plotwright::StatusInvalidInput;
+    if (!point.isFinite()) return Plotwright::StatusInvalidInput;
     return setField(m_end, point);
 }
 
@@ -78,7 +74,7 @@ PwDbCircle::PwDbCircle() = default;
 PwDbCircle::~PwDbCircle() = default;
 
 Plotwright::ErrorStatus PwDbCircle::setCenter(const PwGePoint3d& point) {
-    if (!isFinitePoint(point)) return Plotwright::StatusInvalidInput;
+    if (!point.isFinite()) return Plotwright::StatusInvalidInput;
     return setField(m_center, point);
 }
 
@@ -111,7 +107,7 @@ PwDbArc::PwDbArc() = default;
 PwDbArc::~PwDbArc() = default;
 
 Plotwright::ErrorStatus PwDbArc::setCenter(const PwGePoint3d& point) {
-    if (!isFinitePoint(point)) return Plotwright::StatusInvalidInput;
+    if (!point.isFinite()) return Plotwright::StatusInvalidInput;
     return setField(m_center, point);
 }
 

@@ -15,10 +15,6 @@ namespace {
 // and the block grows with the vertices actually found.
 constexpr size_t kReadReserve = 1024;
 
-bool isFinitePoint(const PwGePoint2d& point) {
-    return std::isfinite(point.x) && std::isfinite(point.y);
-}
-
 Plotwright::ErrorStatus readVertices(PwDbPlwFiler* filer, int32_t count,
                                      PwArray<PwGePoint2d>& vertices) {
     const size_t claimed = static_cast<size_t>(count);
@@ -30,7 +26,7 @@ Plotwright::ErrorStatus readVertices(PwDbPlwFiler* filer, int32_t count,
         PwGePoint2d point;
         if (auto status = filer->readDouble(point.x)) return status;
         if (auto status = filer->readDouble(point.y)) return status;
-        if (!isFinitePoint(point)) return Plotwright::StatusFilerError;
+        if (!point.isFinite()) return Plotwright::StatusFilerError;
         if (vertices.append(point) == PwArray<PwGePoint2d>::kNoIndex) {
             return Plotwright::StatusOutOfMemory;
         }
@@ -45,7 +41,7 @@ PwDbPolyline::PwDbPolyline() = default;
 PwDbPolyline::~PwDbPolyline() = default;
 
 Plotwright::ErrorStatus PwDbPolyline::addVertexAt(unsigned int index, const PwGePoint2d& point) {
-    if (index > numVerts() || !isFinitePoint(point) || numVerts() >= kMaxVertices) {
+    if (index > numVerts() || !point.isFinite() || numVerts() >= kMaxVertices) {
         return Plotwright::StatusInvalidInput;
     }
     if (!isWriteEnabled()) return Plotwright::StatusNotOpenForWrite;

@@ -10,10 +10,6 @@ PWRX_DEFINE_DYNAMIC_MEMBERS(PwDbText, PwDbEntity, u"PwDbText");
 
 namespace {
 
-bool isFinitePoint(const PwGePoint3d& point) {
-    return std::isfinite(point.x) && std::isfinite(point.y) && std::isfinite(point.z);
-}
-
 bool isValidHeight(double height) {
     return std::isfinite(height) && height > 0.0;
 }
@@ -25,7 +21,7 @@ PwDbText::PwDbText() = default;
 PwDbText::~PwDbText() = default;
 
 Plotwright::ErrorStatus PwDbText::setPosition(const PwGePoint3d& point) {
-    if (!isFinitePoint(point)) return Plotwright::StatusInvalidInput;
+    if (!point.isFinite()) return Plotwright::StatusInvalidInput;
     return setField(m_position, point);
 }
 
@@ -65,7 +61,7 @@ Plotwright::ErrorStatus PwDbText::plwInFields(PwDbPlwFiler* filer) {
     if (auto status = filer->readDouble(height)) return status;
     if (auto status = filer->readDouble(rotation)) return status;
     if (auto status = filer->readString(text)) return status;
-    if (!isFinitePoint(position) || !isValidHeight(height) || !std::isfinite(rotation)) {
+    if (!position.isFinite() || !isValidHeight(height) || !std::isfinite(rotation)) {
         return Plotwright::StatusFilerError;
     }
     m_position = position;

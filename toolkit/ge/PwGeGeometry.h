@@ -5,12 +5,16 @@
 //   PwGeVector3d offset = PwGePoint3d(1, 1, 0) - insertion;
 #pragma once
 
+#include <cmath>
+
 struct PwGePoint2d {
     double x = 0.0;
     double y = 0.0;
     constexpr PwGePoint2d() = default;
     constexpr PwGePoint2d(double px, double py) : x(px), y(py) {}
     constexpr bool operator==(const PwGePoint2d&) const = default;
+    /// True when no coordinate is infinite or NaN.
+    bool isFinite() const { return std::isfinite(x) && std::isfinite(y); }
 };
 
 struct PwGeVector3d {
@@ -29,6 +33,8 @@ struct PwGePoint3d {
     constexpr PwGePoint3d() = default;
     constexpr PwGePoint3d(double px, double py, double pz) : x(px), y(py), z(pz) {}
     constexpr bool operator==(const PwGePoint3d&) const = default;
+    /// True when no coordinate is infinite or NaN.
+    bool isFinite() const { return std::isfinite(x) && std::isfinite(y) && std::isfinite(z); }
     constexpr PwGeVector3d operator-(const PwGePoint3d& other) const {
         return {x - other.x, y - other.y, z - other.z};
     }
