@@ -21,26 +21,13 @@ Plotwright::ErrorStatus PwDbBlockReference::setReferencedBlock(PwDbObjectId bloc
     return Plotwright::StatusOk;
 }
 
-namespace {
-
-bool IsFinite(const PwGePoint3d& point) {
-    return std::isfinite(point.x) && std::isfinite(point.y) && std::isfinite(point.z);
-}
-
-bool IsUsableScale(const PwGeScale3d& scale) {
-    return scale.sx != 0.0 && scale.sy != 0.0 && scale.sz != 0.0 && std::isfinite(scale.sx) &&
-           std::isfinite(scale.sy) && std::isfinite(scale.sz);
-}
-
-}  // namespace
-
 Plotwright::ErrorStatus PwDbBlockReference::setInsertionPoint(const PwGePoint3d& point) {
-    if (!IsFinite(point)) return Plotwright::StatusInvalidInput;
+    if (!point.isFinite()) return Plotwright::StatusInvalidInput;
     return setField(m_position, point);
 }
 
 Plotwright::ErrorStatus PwDbBlockReference::setScale3d(const PwGeScale3d& scale) {
-    if (!IsUsableScale(scale)) return Plotwright::StatusInvalidInput;
+    if (!scale.isUsable()) return Plotwright::StatusInvalidInput;
     return setField(m_scale, scale);
 }
 
@@ -59,7 +46,7 @@ Plotwright::ErrorStatus PwDbBlockReference::plwInFields(PwDbPlwFiler* filer) {
     if (auto status = filer->readPoint3d(position)) return status;
     if (auto status = filer->readScale3d(scale)) return status;
     if (auto status = filer->readDouble(rotation)) return status;
-    if (!IsFinite(position) || !IsUsableScale(scale) || !std::isfinite(rotation)) {
+    if (!position.isFinite() || !scale.isUsable() || !std::isfinite(rotation)) {
         return Plotwright::StatusFilerError;
     }
     m_block = block;

@@ -51,4 +51,9 @@ struct PwGeScale3d {
     constexpr PwGeScale3d() = default;
     constexpr PwGeScale3d(double x, double y, double z) : sx(x), sy(y), sz(z) {}
     constexpr bool operator==(const PwGeScale3d&) const = default;
+    /// True when every factor is finite and none is 0: a scale that can be undone.
+    bool isUsable() const {
+        return sx != 0.0 && sy != 0.0 && sz != 0.0 && std::isfinite(sx) && std::isfinite(sy) &&
+               std::isfinite(sz);
+    }
 };

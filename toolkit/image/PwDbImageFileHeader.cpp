@@ -7,7 +7,6 @@
 #include <functional>
 #include <string>
 
-#include "lodeutil/FileSystem.h"
 #include "toolkit/pal/PwFileIO.h"
 
 namespace {
@@ -155,20 +154,10 @@ bool pwdbReadImageHeader(std::string_view bytes, PwDbImageFileInfo& info) {
 
 Plotwright::ErrorStatus pwdbReadImageFileHeader(const wstring& path, PwDbImageFileInfo& info) {
     namespace FileIO = Morvane::Plotwright::PAL::FileIO;
-    if (LodeUtil::Directory::Exists(path)) return Plotwright::StatusFileNotFound;
-    const FileIO::File file =
-        FileIO::File::openFile(path.c_str(), FileIO::kWideChars, FileIO::kOpenForRead,
-                               FileIO::kShareRead, FileIO::kOpenExisting);
-    if (auto status = file.openStatus()) return status;
-    std::string first(kHeaderBytes, '\0');
-    size_t filled = 0;
-    for (uint32_t got = 0; filled < first.size(); filled += got) {
-        if (!file.readFromFile(first.data() + filled, static_cast<uint32_t>(first.size() - filled),
-                               got))
-            return Plotwright::StatusFileIOError;
-        if (got == 0) break;
-    }
-    first.resize(filled);
+    FileIO::File file;
+    std::string first;
+    if (auto status = FileIO::ReadFileStart(path.c_str(), kHeaderBytes, first, &file))
+        return status;
     const int64_t size = file.size();
     const ReadAt read = [&file, size](uint64_t offset, void* destination, size_t count) {
         if (size < 0 || offset > static_cast<uint64_t>(size) ||

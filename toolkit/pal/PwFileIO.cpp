@@ -168,6 +168,27 @@ bool File::flush() const {
     return m_handle && pwFileSystemCalls().fsync(m_handle->fd) == 0;
 }
 
+namespace {
+
+// Reads from where `file` stands into `content` until it is full or the file ends; `content`
+// keeps what was read.
+ErrorStatus ReadInto(const File& file, std::string& content) {
+    size_t filled = 0;
+    while (filled < content.size()) {
+        uint32_t got = 0;
+        const size_t wanted = std::min<size_t>(content.size() - filled, uint32_t{1} << 30);
+        if (!file.readFromFile(content.data() + filled, static_cast<uint32_t>(wanted), got)) {
+            return ::Plotwright::StatusFileIOError;
+        }
+        if (got == 0) break;  // the file ended, or shrank while being read
+        filled += got;
+    }
+    content.resize(filled);
+    return ::Plotwright::StatusOk;
+}
+
+}  // namespace
+
 ErrorStatus ReadWholeFile(const char16_t* path, FileShareMode shareMode, std::string& bytes,
                           File* keepOpen, uint64_t maxSize) {
     File file = File::openFile(path, kWideChars, kOpenForRead, shareMode, kOpenExisting);
@@ -176,17 +197,20 @@ ErrorStatus ReadWholeFile(const char16_t* path, FileShareMode shareMode, std::st
     if (size < 0) return ::Plotwright::StatusFileIOError;
     if (static_cast<uint64_t>(size) > maxSize) return ::Plotwright::StatusBadFileFormat;
     std::string content(static_cast<size_t>(size), '\0');
-    size_t filled = 0;
-    while (filled < content.size()) {
-        uint32_t got = 0;
-        const size_t wanted = std::min<size_t>(content.size() - filled, uint32_t{1} << 30);
-        if (!file.readFromFile(content.data() + filled, static_cast<uint32_t>(wanted), got)) {
-            return ::Plotwright::StatusFileIOError;
-        }
-        if (got == 0) break;  // the file shrank while being read
-        filled += got;
-    }
-    content.resize(filled);
+    if (auto status = ReadInto(file, content)) return status;
+    bytes.swap(content);
+    if (keepOpen != nullptr) *keepOpen = file;
+    return ::Plotwright::StatusOk;
+}
+
+ErrorStatus ReadFileStart(const char16_t* path, size_t maxBytes, std::string& bytes,
+                          File* keepOpen) {
+    if (path != nullptr && LodeUtil::Directory::Exists(path))
+        return ::Plotwright::StatusFileNotFound;
+    File file = File::openFile(path, kWideChars, kOpenForRead, kShareRead, kOpenExisting);
+    if (file.openStatus() != ::Plotwright::StatusOk) return file.openStatus();
+    std::string content(maxBytes, '\0');
+    if (auto status = ReadInto(file, content)) return status;
     bytes.swap(content);
     if (keepOpen != nullptr) *keepOpen = file;
     return ::Plotwright::StatusOk;

@@ -77,6 +77,12 @@ class File {
                                         std::string& bytes, File* keepOpen = nullptr,
                                         uint64_t maxSize = uint64_t{1} << 34);
 
+/// Reads at most the first `maxBytes` of `path` (under a shared lock) into `bytes`, fewer when
+/// the file is shorter. With `keepOpen` the file stays open there. StatusFileNotFound for a
+/// missing file or a folder; otherwise the statuses of ReadWholeFile.
+::Plotwright::ErrorStatus ReadFileStart(const char16_t* path, size_t maxBytes, std::string& bytes,
+                                        File* keepOpen = nullptr);
+
 /// Replaces the contents of `path` by `bytes` so that at every moment the file holds either
 /// its old contents or all the new ones: the bytes go to a new file in the same folder, are
 /// flushed, and that file is renamed over `path`. When anything fails the new file is removed
