@@ -13,6 +13,7 @@ constexpr int kScanBound = 4096;
 }  // namespace
 
 bool ReadBytes(BufferedFile& file, void* destination, uint32_t count) {
+    if (count == 0) return true;
     auto* out = static_cast<unsigned char*>(destination);
     if (file.filled - file.position >= count) {
         std::memcpy(out, file.buffer + file.position, count);
