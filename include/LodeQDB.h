@@ -79,7 +79,14 @@
 #include "toolkit/xref/PwDbXrefs.h"
 
 // Service library
+#include "platform/AutoObjectUpgrader.h"
+#include "platform/BlockTableRecordAccess.h"
+#include "platform/DictionaryAccess.h"
+#include "platform/FilerItems.h"
 #include "platform/LodeExceptions.h"
+#include "platform/ObjectPointer.h"
+#include "platform/PreviewBitmap.h"
+#include "platform/SetWorkingDBMgr.h"
 #include "platform/MessageTexts.h"
 #include "platform/ThrowLodeExceptionOnFile.h"
 #include "identification/CreatorKind.h"

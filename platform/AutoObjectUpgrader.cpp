@@ -1,0 +1,15 @@
+#include "platform/AutoObjectUpgrader.h"
+
+#include "toolkit/db/PwDbObject.h"
+
+namespace pwdb {
+
+AutoObjectUpgrader::AutoObjectUpgrader(PwDbObject& object) : object_(&object) {
+    status_ = object_->upgradeOpen();
+}
+
+AutoObjectUpgrader::~AutoObjectUpgrader() {
+    if (status_ == Plotwright::StatusOk) object_->downgradeOpen();
+}
+
+}  // namespace pwdb

@@ -1,0 +1,30 @@
+// A scoped change of the host's working database.
+//
+//   {
+//       LodeQDBUtil::SetWorkingDBMgr working(&drawing);
+//       drawing.saveAs(...);
+//   }   // the working database is back
+//
+// A switch happens only when the toolkit runs alone (host kind 4) or the host has no working
+// database; a full host's working database is left alone. The working database is a setting
+// of the process: two threads must not overlap in this.
+#pragma once
+
+class PwDbDatabase;
+
+namespace LodeQDBUtil {
+
+class SetWorkingDBMgr {
+  public:
+    explicit SetWorkingDBMgr(PwDbDatabase* database);
+    /// Switches back when the constructor switched.
+    ~SetWorkingDBMgr();
+    SetWorkingDBMgr(const SetWorkingDBMgr&) = default;
+    SetWorkingDBMgr& operator=(const SetWorkingDBMgr&) = default;
+
+  private:
+    PwDbDatabase* previous_ = nullptr;
+    bool switched_ = false;
+};
+
+}  // namespace LodeQDBUtil
