@@ -94,6 +94,7 @@
 #include "platform/FaultGuard.h"
 #include "readsave/DgnModule.h"
 #include "readsave/ReadIntoDatabase.h"
+#include "readsave/Saving.h"
 #include "references/DependentFile.h"
 #include "references/PathQuestions.h"
 #include "references/XrefOpening.h"

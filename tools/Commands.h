@@ -14,4 +14,8 @@ void AddMessageCommand(CLI::App& app);
 /// name, the format generation.
 void AddIdentifyCommands(CLI::App& app);
 
+/// `lodeqdb save FILE OUT [--format N | --original | --plx [--format N]] [--json]`: writes a
+/// drawing and prints the status; exits 1 on a non-zero status.
+void AddSaveCommand(CLI::App& app);
+
 }  // namespace lodeqdb::cli

@@ -9,6 +9,7 @@ int main(int argc, char** argv) {
     app.require_subcommand(1);
     lodeqdb::cli::AddMessageCommand(app);
     lodeqdb::cli::AddIdentifyCommands(app);
+    lodeqdb::cli::AddSaveCommand(app);
     try {
         app.parse(argc, argv);
     } catch (const CLI::RuntimeError& failure) {

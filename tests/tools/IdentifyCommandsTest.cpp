@@ -127,3 +127,67 @@ TEST_F(IdentifyCommands, UsageErrorsExitWithTwoAndHelpWithZero) {
 }
 
 }  // namespace
+
+namespace {
+
+class SaveCommand : public lodeqdbtest::TempFolderTest {
+  protected:
+    SaveCommand() : TempFolderTest("lodeqdb-cli-save") {}
+    void SetUp() override {
+        TempFolderTest::SetUp();
+        auto drawing = PwDbAuthoring::createDrawing();
+        ASSERT_EQ(
+            drawing->saveAs(Path("gen5.plw").c_str(), false, static_cast<PwDb::PwDbPlwVersion>(27)),
+            Plotwright::StatusOk);
+    }
+    std::string File(const std::string& name) const { return folder + "/" + name; }
+    std::string FormatOf(const std::string& name) {
+        return RunCli({"format", File(name)}, folder).out;
+    }
+};
+
+TEST_F(SaveCommand, TheOriginalGenerationIsTheDefault) {
+    auto result = RunCli({"save", File("gen5.plw"), File("copy.plw")}, folder);
+    EXPECT_EQ(result.exitCode, 0) << result.err;
+    EXPECT_EQ(result.out, "status 0\n");
+    EXPECT_EQ(FormatOf("copy.plw"), "5 FormatGeneration5\n");
+    result = RunCli({"save", "--original", File("gen5.plw"), File("copy.plx")}, folder);
+    EXPECT_EQ(result.exitCode, 0) << result.err;
+    EXPECT_EQ(FormatOf("copy.plx"), "5 FormatGeneration5\n");
+}
+
+TEST_F(SaveCommand, AnEarlierGenerationOrAnExchangeFileOnRequest) {
+    auto result = RunCli({"save", File("gen5.plw"), File("g3.plw"), "--format", "3"}, folder);
+    EXPECT_EQ(result.exitCode, 0) << result.err;
+    EXPECT_EQ(FormatOf("g3.plw"), "3 FormatGeneration3\n");
+    result = RunCli({"save", File("gen5.plw"), File("new.plx"), "--plx", "--format", "8", "--json"},
+                    folder);
+    EXPECT_EQ(result.exitCode, 0) << result.err;
+    const auto record = nlohmann::json::parse(result.out);
+    EXPECT_EQ(record["status"], 0);
+    EXPECT_EQ(record["written"], true);
+    EXPECT_EQ(FormatOf("new.plx"), "8 FormatCurrent\n");
+}
+
+TEST_F(SaveCommand, StatusesAndNothingWrittenAreSaid) {
+    auto result = RunCli({"save", File("gen5.plw"), File("out.txt")}, folder);
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_EQ(result.out, "status 434\n");
+    result = RunCli({"save", File("gen5.plw"), File("cur.plw"), "--format", "8"}, folder);
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_EQ(result.out, "status 0 (nothing written)\n");
+    result = RunCli({"save", File("missing.plw"), File("x.plw")}, folder);
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_NE(result.err.find("NotFound"), std::string::npos);
+    EXPECT_EQ(RunCli({"save", File("gen5.plw")}, folder).exitCode, 2);
+    EXPECT_EQ(
+        RunCli({"save", File("gen5.plw"), File("x.plw"), "--original", "--format", "3"}, folder)
+            .exitCode,
+        2);
+    EXPECT_EQ(
+        RunCli({"save", File("gen5.plw"), File("x.plw"), "--original", "--plx"}, folder).exitCode,
+        2);
+    EXPECT_EQ(RunCli({"save", "--help"}, folder).exitCode, 0);
+}
+
+}  // namespace
