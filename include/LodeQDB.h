@@ -80,6 +80,7 @@
 
 // Service library
 #include "platform/AutoObjectUpgrader.h"
+#include "platform/BlockTableIterators.h"
 #include "platform/BlockTableRecordAccess.h"
 #include "platform/DictionaryAccess.h"
 #include "platform/FilerItems.h"
