@@ -80,47 +80,9 @@ bool ConstBlockTableIterator::iterator::equal(const iterator& other) const {
     return record_->object()->objectId() == other.record_->object()->objectId();
 }
 
-ConstBlockTableIterator::ConstBlockTableIterator(const PwDbBlockTable& table, bool skipErased,
-                                                 bool openErased) {
-    data_.table = &table;
-    data_.skipErased = skipErased;
-    data_.openErased = openErased;
-}
-
-ConstBlockTableIterator::~ConstBlockTableIterator() = default;
-
-ConstBlockTableIterator::iterator& ConstBlockTableIterator::begin() const {
-    if (!begin_) begin_.reset(new iterator(data_, PwDb::OpenForRead, false));
-    return *begin_;
-}
-
-const ConstBlockTableIterator::iterator& ConstBlockTableIterator::end() const {
-    if (!end_) end_.reset(new iterator(data_, PwDb::OpenForRead, true));
-    return *end_;
-}
-
 MutableBlockTableIterator::iterator::iterator(const Data& data, bool toEnd)
     : ConstBlockTableIterator::iterator(data, PwDb::OpenForWrite, toEnd) {}
 
 MutableBlockTableIterator::iterator::~iterator() = default;
-
-MutableBlockTableIterator::MutableBlockTableIterator(const PwDbBlockTable& table, bool skipErased,
-                                                     bool openErased) {
-    data_.table = &table;
-    data_.skipErased = skipErased;
-    data_.openErased = openErased;
-}
-
-MutableBlockTableIterator::~MutableBlockTableIterator() = default;
-
-MutableBlockTableIterator::iterator& MutableBlockTableIterator::begin() const {
-    if (!begin_) begin_.reset(new iterator(data_, false));
-    return *begin_;
-}
-
-const MutableBlockTableIterator::iterator& MutableBlockTableIterator::end() const {
-    if (!end_) end_.reset(new iterator(data_, true));
-    return *end_;
-}
 
 }  // namespace pwdb

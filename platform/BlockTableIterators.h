@@ -32,6 +32,36 @@
 
 namespace pwdb {
 
+namespace detail {
+
+/// What both containers are: a table, the walk's settings, and the begin and end iterators
+/// made at their first use.
+template <class Iterator>
+class BlockTableRange {
+  public:
+    BlockTableRange(const PwDbBlockTable& table, bool skipErased, bool openErased) {
+        data_.table = &table;
+        data_.skipErased = skipErased;
+        data_.openErased = openErased;
+    }
+
+    Iterator& begin() const {
+        if (!begin_) begin_.reset(Iterator::make(data_, false));
+        return *begin_;
+    }
+    const Iterator& end() const {
+        if (!end_) end_.reset(Iterator::make(data_, true));
+        return *end_;
+    }
+
+  private:
+    mutable boost::shared_ptr<Iterator> begin_;
+    mutable boost::shared_ptr<Iterator> end_;
+    typename Iterator::Data data_;
+};
+
+}  // namespace detail
+
 class ConstBlockTableIterator {
   public:
     class iterator
@@ -61,7 +91,10 @@ class ConstBlockTableIterator {
 
       private:
         friend class boost::iterators::iterator_core_access;
-        friend class ConstBlockTableIterator;
+        friend class detail::BlockTableRange<iterator>;
+        static iterator* make(const Data& data, bool toEnd) {
+            return new iterator(data, PwDb::OpenForRead, toEnd);
+        }
 
         void increment();
         bool equal(const iterator& other) const;
@@ -78,18 +111,14 @@ class ConstBlockTableIterator {
     };
 
     /// Makes no toolkit call.
-    ConstBlockTableIterator(const PwDbBlockTable& table, bool skipErased, bool openErased);
-    ConstBlockTableIterator(const ConstBlockTableIterator& other) = default;
-    ConstBlockTableIterator(ConstBlockTableIterator&& other) noexcept = default;
-    ~ConstBlockTableIterator();
+    ConstBlockTableIterator(const PwDbBlockTable& table, bool skipErased, bool openErased)
+        : range_(table, skipErased, openErased) {}
 
-    iterator& begin() const;
-    const iterator& end() const;
+    iterator& begin() const { return range_.begin(); }
+    const iterator& end() const { return range_.end(); }
 
   private:
-    mutable boost::shared_ptr<iterator> begin_;
-    mutable boost::shared_ptr<iterator> end_;
-    iterator::Data data_;
+    detail::BlockTableRange<iterator> range_;
 };
 
 class MutableBlockTableIterator {
@@ -106,22 +135,19 @@ class MutableBlockTableIterator {
         PwDbBlockTableRecord& operator*() const { return record(); }
 
       private:
-        friend class MutableBlockTableIterator;
+        friend class detail::BlockTableRange<iterator>;
         iterator(const Data& data, bool toEnd);
+        static iterator* make(const Data& data, bool toEnd) { return new iterator(data, toEnd); }
     };
 
-    MutableBlockTableIterator(const PwDbBlockTable& table, bool skipErased, bool openErased);
-    MutableBlockTableIterator(const MutableBlockTableIterator& other) = default;
-    MutableBlockTableIterator(MutableBlockTableIterator&& other) noexcept = default;
-    ~MutableBlockTableIterator();
+    MutableBlockTableIterator(const PwDbBlockTable& table, bool skipErased, bool openErased)
+        : range_(table, skipErased, openErased) {}
 
-    iterator& begin() const;
-    const iterator& end() const;
+    iterator& begin() const { return range_.begin(); }
+    const iterator& end() const { return range_.end(); }
 
   private:
-    mutable boost::shared_ptr<iterator> begin_;
-    mutable boost::shared_ptr<iterator> end_;
-    iterator::Data data_;
+    detail::BlockTableRange<iterator> range_;
 };
 
 }  // namespace pwdb
