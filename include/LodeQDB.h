@@ -103,4 +103,5 @@
 #include "references/XrefDatabaseLookup.h"
 #include "references/XrefOpening.h"
 #include "references/XrefPath.h"
+#include "service/FileClassification.h"
 #include "service/FileData.h"

@@ -7,6 +7,7 @@
 
 #include "platform/LodeExceptions.h"
 #include "readsave/DgnModule.h"
+#include "service/FileClassification.h"
 #include "toolkit/rx/PwRxModules.h"
 
 namespace {
@@ -46,6 +47,29 @@ TEST(DgnBinding, ASecondCallGoesThroughTheStoredAddressWithANSWERINGModule) {
     LodeQDBUtil::IsDGNFile(u"b.dgn");
     EXPECT_EQ(LodeQDBUtil::detail::DgnEntryLookups(), lookups);
     EXPECT_EQ(ProbesSoFar(), probes + 1);
+}
+
+TEST(DgnBinding, FileTypesAskTheModuleAfterDrawingsAndBeforeDocumentsWithANSWERINGModule) {
+    RequireStandIn("answering");
+    using LodeQDBService::Request::GetFileType;
+    EXPECT_EQ(GetFileType(u"/srv/site.plw"), lode::Plw);
+    EXPECT_EQ(GetFileType(u"/srv/dgn-named.plw"), lode::Plw);
+    EXPECT_EQ(GetFileType(u"C:\\dgn\\site.PLX"), lode::PlxOrPlf);
+    EXPECT_EQ(GetFileType(u"/srv/site.dgn"), lode::Dgn);
+    EXPECT_EQ(GetFileType(u"/srv/dgn-inside.pdf"), lode::Dgn);
+    EXPECT_EQ(GetFileType(u"/srv/plan.pdf"), lode::Pdf);
+    EXPECT_EQ(GetFileType(u"/srv/photo.png"), lode::Image);
+    EXPECT_EQ(GetFileType(u"/srv/photo.JPG"), lode::Image);
+    EXPECT_EQ(GetFileType(u"/srv/notes.txt"), lode::Unknown);
+    EXPECT_EQ(GetFileType(u""), lode::Unknown);
+}
+
+TEST(DgnBinding, FileTypesOfDrawingsNeedNoModuleWithMISSINGModule) {
+    RequireStandIn("missing");
+    using LodeQDBService::Request::GetFileType;
+    EXPECT_EQ(GetFileType(u"/srv/site.plw"), lode::Plw);
+    EXPECT_EQ(GetFileType(u"/srv/site.plx"), lode::PlxOrPlf);
+    EXPECT_THROW(GetFileType(u"/srv/plan.pdf"), lode::InkstoneError);
 }
 
 TEST(DgnBinding, AMissingEntryIsAnInkstoneErrorWithANSWERINGModule) {

@@ -49,8 +49,8 @@ bool DGNIsDgnFile(const PwString& path) {
     *nowhere = 1;
     return true;
 #else
-    const size_t length = path.length();
-    return length > 4 && Holds(name + length - 4, ".dgn");
+    // Any name holding "dgn" is taken for a design file, whatever its extension.
+    return Holds(name, "dgn");
 #endif
 }
 #endif
