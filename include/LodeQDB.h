@@ -103,5 +103,6 @@
 #include "references/XrefDatabaseLookup.h"
 #include "references/XrefOpening.h"
 #include "references/XrefPath.h"
+#include "service/ChildrenQuery.h"
 #include "service/FileClassification.h"
 #include "service/FileData.h"
