@@ -18,4 +18,9 @@ void AddIdentifyCommands(CLI::App& app);
 /// drawing and prints the status; exits 1 on a non-zero status.
 void AddSaveCommand(CLI::App& app);
 
+/// `lodeqdb children FILE [--json]`, `lodeqdb tree FILE [--dgn] [--json]`,
+/// `lodeqdb parents ROOT TARGET... [--json]`: one record a line (type, reference status, full
+/// name), or one JSON array of objects with "name", "type", "typeName", "status", "refId".
+void AddDependencyCommands(CLI::App& app);
+
 }  // namespace lodeqdb::cli

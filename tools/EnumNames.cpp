@@ -46,4 +46,40 @@ std::string PlotwrightFileFormatName(lode::PlotwrightFileFormat format) {
     return "Format" + std::to_string(static_cast<int>(format));
 }
 
+std::string FileTypeName(lode::FileType type) {
+    switch (type) {
+        case lode::Unknown:
+            return "Unknown";
+        case lode::Plw:
+            return "Plw";
+        case lode::Image:
+            return "Image";
+        case lode::PlxOrPlf:
+            return "PlxOrPlf";
+        case lode::Dgn:
+            return "Dgn";
+        case lode::Pdf:
+            return "Pdf";
+    }
+    return "FileType" + std::to_string(static_cast<int>(type));
+}
+
+std::string XrefStatusName(PwDb::XrefStatus status) {
+    switch (status) {
+        case PwDb::XrefNotAnXref:
+            return "NotAnXref";
+        case PwDb::XrefResolved:
+            return "XrefResolved";
+        case PwDb::XrefUnloaded:
+            return "XrefUnloaded";
+        case PwDb::XrefUnreferenced:
+            return "XrefUnreferenced";
+        case PwDb::XrefFileMissing:
+            return "XrefFileMissing";
+        case PwDb::XrefFilePresentUnresolved:
+            return "XrefFilePresentUnresolved";
+    }
+    return "XrefStatus" + std::to_string(static_cast<int>(status));
+}
+
 }  // namespace lodeqdb::cli

@@ -10,6 +10,7 @@ int main(int argc, char** argv) {
     lodeqdb::cli::AddMessageCommand(app);
     lodeqdb::cli::AddIdentifyCommands(app);
     lodeqdb::cli::AddSaveCommand(app);
+    lodeqdb::cli::AddDependencyCommands(app);
     try {
         app.parse(argc, argv);
     } catch (const CLI::RuntimeError& failure) {

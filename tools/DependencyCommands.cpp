@@ -1,0 +1,106 @@
+// `lodeqdb children`, `lodeqdb tree`, `lodeqdb parents`: what drawings depend on, and who
+// refers to a file.
+#include <iostream>
+#include <nlohmann/json.hpp>
+#include <string>
+#include <vector>
+
+#include "lodeutil/Utf.h"
+#include "readsave/ReadIntoDatabase.h"
+#include "service/ChildrenQuery.h"
+#include "service/TreeWalks.h"
+#include "toolkit/db/PwDbDatabase.h"
+#include "tools/Commands.h"
+#include "tools/EnumNames.h"
+#include "tools/Output.h"
+
+namespace lodeqdb::cli {
+namespace {
+
+using LodeQDBService::FileData;
+
+void PrintRecords(const std::vector<FileData>& records, bool json) {
+    if (json) {
+        nlohmann::json list = nlohmann::json::array();
+        for (const FileData& record : records) {
+            list.push_back({{"name", Narrow(record.GetFullname())},
+                            {"type", static_cast<int>(record.GetType())},
+                            {"typeName", FileTypeName(record.GetType())},
+                            {"status", static_cast<int>(record.GetXrefStatus())},
+                            {"refId", record.GetRefId()}});
+        }
+        std::cout << list.dump() << '\n';
+        return;
+    }
+    for (const FileData& record : records) {
+        std::cout << FileTypeName(record.GetType()) << '\t'
+                  << XrefStatusName(record.GetXrefStatus()) << '\t' << Narrow(record.GetFullname())
+                  << '\n';
+    }
+}
+
+void Check(int code) {
+    if (code != ExitSuccess) throw CLI::RuntimeError(code);
+}
+
+struct QueryOptions {
+    std::string file;
+    std::vector<std::string> targets;
+    bool followDgn = false;
+    bool json = false;
+};
+
+}  // namespace
+
+void AddDependencyCommands(CLI::App& app) {
+    auto children = std::make_shared<QueryOptions>();
+    CLI::App* childrenCommand = app.add_subcommand(
+        "children", "The files a drawing depends on directly: references, images, underlays");
+    childrenCommand->add_option("file", children->file, "Drawing file (.plw or .plx)")->required();
+    childrenCommand->add_flag("--json", children->json, "One JSON array on stdout");
+    childrenCommand->callback([children] {
+        Check(RunReportingErrors([&] {
+            PrintRecords(LodeQDBService::Request::PlotwrightChildren(
+                             LodeUtil::Utf16FromUtf8(children->file), nullptr),
+                         children->json);
+            return ExitSuccess;
+        }));
+    });
+
+    auto tree = std::make_shared<QueryOptions>();
+    CLI::App* treeCommand = app.add_subcommand(
+        "tree", "Everything a drawing depends on at any depth, depth first, each file once");
+    treeCommand->add_option("file", tree->file, "Drawing file (.plw or .plx)")->required();
+    treeCommand->add_flag("--dgn", tree->followDgn, "Follow the references of DGN files too");
+    treeCommand->add_flag("--json", tree->json, "One JSON array on stdout");
+    treeCommand->callback([tree] {
+        Check(RunReportingErrors([&] {
+            PrintRecords(LodeQDBService::Request::PlotwrightNestedChildren(
+                             LodeUtil::Utf16FromUtf8(tree->file), tree->followDgn),
+                         tree->json);
+            return ExitSuccess;
+        }));
+    });
+
+    auto parents = std::make_shared<QueryOptions>();
+    CLI::App* parentsCommand = app.add_subcommand(
+        "parents", "The files in ROOT's tree that refer directly to one of the TARGETs");
+    parentsCommand->add_option("root", parents->file, "Root drawing file")->required();
+    parentsCommand->add_option("targets", parents->targets, "Target files")->required();
+    parentsCommand->add_flag("--json", parents->json, "One JSON array on stdout");
+    parentsCommand->callback([parents] {
+        Check(RunReportingErrors([&] {
+            const wstring rootPath = LodeUtil::Utf16FromUtf8(parents->file);
+            PwDbDatabase root(false, true);
+            LodeQDBUtil::ReadFileToDatabase(rootPath, root, true, true);
+            std::vector<wstring> targets;
+            for (const std::string& target : parents->targets)
+                targets.push_back(LodeUtil::Utf16FromUtf8(target));
+            PrintRecords(LodeQDBService::Request::PlotwrightParents(rootPath, root, targets),
+                         parents->json);
+            return ExitSuccess;
+        }));
+    });
+}
+
+}  // namespace lodeqdb::cli
