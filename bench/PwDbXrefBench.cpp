@@ -9,6 +9,8 @@
 #include <vector>
 
 #include "lodeutil/Utf.h"
+#include "readsave/ReadIntoDatabase.h"
+#include "service/TreeWalks.h"
 #include "toolkit/db/PwDbAuthoring.h"
 #include "toolkit/db/PwDbDatabase.h"
 #include "toolkit/xref/PwDbXrefAuthoring.h"
@@ -109,5 +111,35 @@ void BM_ResolveTree(benchmark::State& state) {
     PerDrawing(state, tree.files.size());
 }
 BENCHMARK(BM_ResolveTree)->Unit(benchmark::kMillisecond);
+
+// The library's walks over the same tree: reading the root, resolving, walking.
+void BM_NestedChildrenByFile(benchmark::State& state) {
+    const DrawingTree& tree = Tree();
+    size_t found = 0;
+    for (auto _ : state) {
+        found = LodeQDBService::Request::PlotwrightNestedChildren(
+                    LodeUtil::Utf16FromUtf8(tree.root), false)
+                    .size();
+    }
+    state.counters["records"] = static_cast<double>(found);
+    PerDrawing(state, tree.files.size());
+}
+BENCHMARK(BM_NestedChildrenByFile)->Unit(benchmark::kMillisecond);
+
+void BM_ParentsOfALeaf(benchmark::State& state) {
+    const DrawingTree& tree = Tree();
+    size_t found = 0;
+    for (auto _ : state) {
+        const wstring rootPath = LodeUtil::Utf16FromUtf8(tree.root);
+        PwDbDatabase root(false, true);
+        LodeQDBUtil::ReadFileToDatabase(rootPath, root, true, true);
+        found = LodeQDBService::Request::PlotwrightParents(
+                    rootPath, root, LodeUtil::Utf16FromUtf8(tree.files.back()))
+                    .size();
+    }
+    state.counters["parents"] = static_cast<double>(found);
+    PerDrawing(state, tree.files.size());
+}
+BENCHMARK(BM_ParentsOfALeaf)->Unit(benchmark::kMillisecond);
 
 }  // namespace
