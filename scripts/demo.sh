@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Builds LodeQDB and runs the command-line client: the library's message texts, found in
-# the resource module of each locale.
+# Builds LodeQDB and shows its main job: a sample project of drawings is written, and the
+# client lists everything its root drawing depends on, at every depth.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -9,10 +9,11 @@ cmake --preset release >/dev/null
 cmake --build --preset release
 
 client=build/release/bin/lodeqdb
-sample=/srv/drawings/Grundriss.plw
-for locale in en-US de-DE; do
-    for number in 101 102 103 104; do
-        "$client" message "$number" "$sample" --locale "$locale"
-    done
-    "$client" message 105 --locale "$locale" --json
-done
+root=$("$client" sample build/sample-project | tail -n 1)
+echo "== what $root depends on, at every depth"
+"$client" tree "$root"
+echo "== who refers to the shared title block"
+"$client" parents "$root" build/sample-project/blocks/title.plw
+echo "== the kind of application that made it, and its format generation"
+"$client" type "$root"
+"$client" format "$root"

@@ -21,6 +21,10 @@ void AddSaveCommand(CLI::App& app);
 /// `lodeqdb children FILE [--json]`, `lodeqdb tree FILE [--dgn] [--json]`,
 /// `lodeqdb parents ROOT TARGET... [--json]`: one record a line (type, reference status, full
 /// name), or one JSON array of objects with "name", "type", "typeName", "status", "refId".
+/// Files given relative to the working directory are asked about by their full paths.
 void AddDependencyCommands(CLI::App& app);
+
+/// `lodeqdb sample DIR`: a sample project of drawings, its root's full path on the last line.
+void AddSampleCommand(CLI::App& app);
 
 }  // namespace lodeqdb::cli

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "lodeutil/AbsoluteFilePath.h"
 #include "lodeutil/Utf.h"
 #include "readsave/ReadIntoDatabase.h"
 #include "service/ChildrenQuery.h"
@@ -39,6 +40,12 @@ void PrintRecords(const std::vector<FileData>& records, bool json) {
     }
 }
 
+// The library reports names relative to the drawing asked about; the client asks with full
+// paths, so that what it prints can be used from anywhere and targets compare as printed.
+wstring FullPath(const std::string& path) {
+    return LodeUtil::AbsoluteFilePath(LodeUtil::Utf16FromUtf8(path)).FullPath();
+}
+
 void Check(int code) {
     if (code != ExitSuccess) throw CLI::RuntimeError(code);
 }
@@ -60,9 +67,9 @@ void AddDependencyCommands(CLI::App& app) {
     childrenCommand->add_flag("--json", children->json, "One JSON array on stdout");
     childrenCommand->callback([children] {
         Check(RunReportingErrors([&] {
-            PrintRecords(LodeQDBService::Request::PlotwrightChildren(
-                             LodeUtil::Utf16FromUtf8(children->file), nullptr),
-                         children->json);
+            PrintRecords(
+                LodeQDBService::Request::PlotwrightChildren(FullPath(children->file), nullptr),
+                children->json);
             return ExitSuccess;
         }));
     });
@@ -75,8 +82,8 @@ void AddDependencyCommands(CLI::App& app) {
     treeCommand->add_flag("--json", tree->json, "One JSON array on stdout");
     treeCommand->callback([tree] {
         Check(RunReportingErrors([&] {
-            PrintRecords(LodeQDBService::Request::PlotwrightNestedChildren(
-                             LodeUtil::Utf16FromUtf8(tree->file), tree->followDgn),
+            PrintRecords(LodeQDBService::Request::PlotwrightNestedChildren(FullPath(tree->file),
+                                                                           tree->followDgn),
                          tree->json);
             return ExitSuccess;
         }));
@@ -90,12 +97,11 @@ void AddDependencyCommands(CLI::App& app) {
     parentsCommand->add_flag("--json", parents->json, "One JSON array on stdout");
     parentsCommand->callback([parents] {
         Check(RunReportingErrors([&] {
-            const wstring rootPath = LodeUtil::Utf16FromUtf8(parents->file);
+            const wstring rootPath = FullPath(parents->file);
             PwDbDatabase root(false, true);
             LodeQDBUtil::ReadFileToDatabase(rootPath, root, true, true);
             std::vector<wstring> targets;
-            for (const std::string& target : parents->targets)
-                targets.push_back(LodeUtil::Utf16FromUtf8(target));
+            for (const std::string& target : parents->targets) targets.push_back(FullPath(target));
             PrintRecords(LodeQDBService::Request::PlotwrightParents(rootPath, root, targets),
                          parents->json);
             return ExitSuccess;

@@ -95,3 +95,29 @@ TEST_F(DependencyCommands, FailuresAndUsage) {
 }
 
 }  // namespace
+
+namespace {
+
+class RelativeArguments : public lodeqdbtest::TempFolderTest {
+  protected:
+    RelativeArguments() : TempFolderTest("lodeqdb-cli-relative") {}
+};
+
+TEST_F(RelativeArguments, FilesGivenRelativeToTheWorkingDirectoryAreAskedByFullPath) {
+    auto result = RunCli({"sample", folder + "/p"}, folder);
+    ASSERT_EQ(result.exitCode, 0) << result.err;
+    // Run from the folder itself, with names relative to it.
+    const std::string command = "cd '" + folder + "' && '" + std::string(LODEQDB_CLI) +
+                                "' parents p/site.plw p/blocks/title.plw > out.txt";
+    ASSERT_EQ(std::system(command.c_str()), 0);
+    EXPECT_EQ(Lines(Read("out.txt")),
+              (std::vector<std::string>{"Plw\tXrefResolved\t" + folder + "/p/site.plw",
+                                        "Plw\tXrefResolved\t" + folder + "/p/floors/ground.plw"}));
+    const std::string tree = "cd '" + folder + "' && '" + std::string(LODEQDB_CLI) +
+                             "' children p/site.plw > children.txt";
+    ASSERT_EQ(std::system(tree.c_str()), 0);
+    for (const std::string& line : Lines(Read("children.txt")))
+        EXPECT_NE(line.find('\t' + folder + "/p/"), std::string::npos) << line;
+}
+
+}  // namespace

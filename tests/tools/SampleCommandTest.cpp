@@ -1,0 +1,62 @@
+// `lodeqdb sample` writes a project on which the dependency subcommands show the main job.
+#include <gtest/gtest.h>
+
+#include <map>
+#include <nlohmann/json.hpp>
+
+#include "CliRunner.h"
+#include "support/TempFolderTest.h"
+
+namespace {
+
+using lodeqdbclitest::Lines;
+using lodeqdbclitest::RunCli;
+
+class SampleCommand : public lodeqdbtest::TempFolderTest {
+  protected:
+    SampleCommand() : TempFolderTest("lodeqdb-cli-sample") {}
+};
+
+TEST_F(SampleCommand, TheSampleTreeHasEveryKindOfDependency) {
+    const std::string project = folder + "/project";
+    auto result = RunCli({"sample", project}, folder);
+    ASSERT_EQ(result.exitCode, 0) << result.err;
+    const std::string root = Lines(result.out).back();
+    EXPECT_EQ(root, project + "/site.plw");
+
+    result = RunCli({"tree", root, "--json"}, folder);
+    ASSERT_EQ(result.exitCode, 0) << result.err;
+    std::map<std::string, int> statuses;
+    std::map<std::string, std::string> kinds;
+    for (const auto& record : nlohmann::json::parse(result.out)) {
+        statuses[record["name"]] = record["status"];
+        kinds[record["name"]] = record["typeName"];
+    }
+    // Three levels deep, a shared drawing listed once, a cycle cut, a missing file listed.
+    EXPECT_EQ(statuses.at(project + "/floors/furniture/chairs.plw"), 1);
+    EXPECT_EQ(statuses.at(project + "/blocks/title.plw"), 1);
+    EXPECT_EQ(statuses.at(project + "/loop/b.plw"), 1);
+    EXPECT_EQ(statuses.at(project + "/missing/old.plw"), 4);
+    EXPECT_EQ(kinds.at(project + "/images/photo.png"), "Image");
+    EXPECT_EQ(kinds.at(project + "/docs/plan.pdf"), "Pdf");
+    EXPECT_EQ(statuses.size(), 9u);
+
+    // The exchange copy beside the root has the same children.
+    const auto native = RunCli({"children", root}, folder).out;
+    EXPECT_EQ(RunCli({"children", project + "/site.plx"}, folder).out, native);
+    // Who refers to the shared title block: the root and the ground floor.
+    result = RunCli({"parents", root, project + "/blocks/title.plw"}, folder);
+    EXPECT_EQ(Lines(result.out),
+              (std::vector<std::string>{"Plw\tXrefResolved\t" + root,
+                                        "Plw\tXrefResolved\t" + project + "/floors/ground.plw"}));
+}
+
+TEST_F(SampleCommand, AFolderThatCantBeMadeIsAFailure) {
+    Write("file", "in the way");
+    const auto result = RunCli({"sample", folder + "/file/project"}, folder);
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_NE(result.err.find("can't make"), std::string::npos) << result.err;
+    EXPECT_EQ(RunCli({"sample"}, folder).exitCode, 2);
+}
+
+}  // namespace

@@ -1,0 +1,176 @@
+// The sample project:
+//   site.plw               the root: references, a photo, a PDF plan, layers and layouts
+//   blocks/title.plw       referred to by site.plw and by floors/ground.plw (shared)
+//   floors/ground.plw      refers to ../blocks/title.plw (written with '\') and upper.plw
+//   floors/upper.plw       refers to furniture/chairs.plw (written with '/')
+//   floors/furniture/chairs.plw   three levels below the root
+//   loop/a.plw, loop/b.plw a cycle: a refers to b, b to a
+//   site.plw also refers to a drawing that isn't there, missing/old.plw
+//   images/photo.png       a real PNG, placed in site.plw
+//   docs/plan.pdf          a small valid PDF, an underlay of site.plw
+//   site.plx               the root again, as an exchange file beside it
+#include "tools/SampleProject.h"
+
+#include <zlib.h>
+
+#include <fstream>
+#include <stdexcept>
+#include <vector>
+
+#include "lodeutil/AbsoluteFilePath.h"
+#include "lodeutil/FileSystem.h"
+#include "lodeutil/Utf.h"
+#include "toolkit/db/PwDbAuthoring.h"
+#include "toolkit/image/PwDbImageAuthoring.h"
+#include "toolkit/underlay/PwDbUnderlayAuthoring.h"
+#include "toolkit/underlay/PwDbUnderlayDefinition.h"
+#include "toolkit/xref/PwDbXrefAuthoring.h"
+
+namespace lodeqdb::cli {
+namespace {
+
+void Check(Plotwright::ErrorStatus status, const std::string& what) {
+    if (status != Plotwright::StatusOk)
+        throw std::runtime_error(what + " failed with status " + std::to_string(status));
+}
+
+void WriteBytes(const std::string& path, const std::string& bytes) {
+    std::ofstream out(path, std::ios::binary);
+    out << bytes;
+    if (!out) throw std::runtime_error("can't write " + path);
+}
+
+void BigEndian(std::string& out, uint32_t value) {
+    for (int shift = 24; shift >= 0; shift -= 8) out.push_back(static_cast<char>(value >> shift));
+}
+
+void PngChunk(std::string& out, const char* type, const std::string& data) {
+    BigEndian(out, static_cast<uint32_t>(data.size()));
+    const std::string typed = std::string(type, 4) + data;
+    out += typed;
+    BigEndian(out, static_cast<uint32_t>(crc32(0, reinterpret_cast<const Bytef*>(typed.data()),
+                                               static_cast<uInt>(typed.size()))));
+}
+
+// A 16 by 16 grey gradient.
+std::string Png() {
+    std::string png("\x89PNG\r\n\x1a\n", 8);
+    std::string header;
+    BigEndian(header, 16);
+    BigEndian(header, 16);
+    header += std::string("\x08\x00\x00\x00\x00", 5);
+    PngChunk(png, "IHDR", header);
+    std::string rows;
+    for (int y = 0; y < 16; ++y) {
+        rows += '\0';
+        for (int x = 0; x < 16; ++x) rows += static_cast<char>(x * 16);
+    }
+    std::vector<Bytef> packed(compressBound(static_cast<uLong>(rows.size())));
+    uLongf size = static_cast<uLongf>(packed.size());
+    compress(packed.data(), &size, reinterpret_cast<const Bytef*>(rows.data()),
+             static_cast<uLong>(rows.size()));
+    PngChunk(png, "IDAT", std::string(reinterpret_cast<const char*>(packed.data()), size));
+    PngChunk(png, "IEND", "");
+    return png;
+}
+
+// One empty A4 page, with its cross-reference table.
+std::string Pdf() {
+    const std::vector<std::string> objects = {
+        "<< /Type /Catalog /Pages 2 0 R >>", "<< /Type /Pages /Kids [3 0 R] /Count 1 >>",
+        "<< /Type /Page /Parent 2 0 R /MediaBox [0 0 595 842] >>"};
+    std::string pdf = "%PDF-1.4\n";
+    std::vector<size_t> offsets;
+    for (size_t i = 0; i < objects.size(); ++i) {
+        offsets.push_back(pdf.size());
+        pdf += std::to_string(i + 1) + " 0 obj\n" + objects[i] + "\nendobj\n";
+    }
+    const size_t table = pdf.size();
+    pdf += "xref\n0 " + std::to_string(objects.size() + 1) + "\n0000000000 65535 f \n";
+    for (size_t offset : offsets) {
+        std::string number = std::to_string(offset);
+        pdf += std::string(10 - number.size(), '0') + number + " 00000 n \n";
+    }
+    pdf += "trailer\n<< /Size " + std::to_string(objects.size() + 1) + " /Root 1 0 R >>\n";
+    pdf += "startxref\n" + std::to_string(table) + "\n%%EOF\n";
+    return pdf;
+}
+
+struct Drawing {
+    std::unique_ptr<PwDbDatabase> database = PwDbAuthoring::createDrawing();
+
+    Drawing& Line(double length) {
+        Check(PwDbAuthoring::addLine(*database, database->modelSpaceId(), {0, 0, 0},
+                                     {length, length / 2, 0}),
+              "a line");
+        return *this;
+    }
+    Drawing& Reference(const wstring& name, const wstring& path) {
+        Check(PwDbAuthoring::addXref(*database, name, path), "a reference");
+        return *this;
+    }
+    void Save(const std::string& path) {
+        Check(database->saveAs(LodeUtil::Utf16FromUtf8(path).c_str(), false,
+                               PwDb::PwDbPlwVersionCurrent),
+              "saving " + path);
+    }
+};
+
+}  // namespace
+
+std::string WriteSampleProject(const std::string& folder) {
+    for (const char* sub : {"blocks", "floors/furniture", "loop", "images", "docs"}) {
+        if (!LodeUtil::Directory::CreateDirectory(LodeUtil::Utf16FromUtf8(folder + "/" + sub)))
+            throw std::runtime_error("can't make " + folder + "/" + sub);
+    }
+    WriteBytes(folder + "/images/photo.png", Png());
+    WriteBytes(folder + "/docs/plan.pdf", Pdf());
+
+    Drawing().Line(10).Save(folder + "/floors/furniture/chairs.plw");
+    Drawing()
+        .Line(20)
+        .Reference(u"CHAIRS", u"furniture/chairs.plw")
+        .Save(folder + "/floors/upper.plw");
+    Drawing().Line(5).Save(folder + "/blocks/title.plw");
+    Drawing()
+        .Line(30)
+        .Reference(u"TITLE", u"..\\blocks\\title.plw")
+        .Reference(u"UPPER", u"upper.plw")
+        .Save(folder + "/floors/ground.plw");
+    Drawing().Reference(u"B", u"b.plw").Save(folder + "/loop/a.plw");
+    Drawing().Reference(u"A", u"a.plw").Save(folder + "/loop/b.plw");
+
+    Drawing site;
+    site.Line(100)
+        .Reference(u"GROUND", u"floors\\ground.plw")
+        .Reference(u"TITLE", u"blocks/title.plw")
+        .Reference(u"LOOP", u"loop/a.plw")
+        .Reference(u"OLD", u"missing/old.plw");
+    PwDbDatabase& db = *site.database;
+    PwDbAuthoring::LayerOptions frozen;
+    frozen.frozen = true;
+    frozen.description = u"Hidden furniture";
+    Check(PwDbAuthoring::addLayer(db, u"Walls"), "a layer");
+    Check(PwDbAuthoring::addLayer(db, u"Furniture", frozen), "a layer");
+    Check(PwDbAuthoring::addLayout(db, u"Plan A1", 2, 841, 594), "a layout");
+    Check(PwDbAuthoring::addLayout(db, u"Sketch", 3, 0, 0), "a layout");
+    Check(PwDbAuthoring::addPlotSettings(db, u"Draft A3", false, 420, 297), "plot settings");
+    PwDbObjectId photo, plan;
+    Check(PwDbAuthoring::addRasterImageDef(db, u"PHOTO", u"images/photo.png", &photo), "an image");
+    Check(PwDbAuthoring::addRasterImage(db, db.modelSpaceId(), photo, {0, 0, 0}, 40, 40),
+          "an image");
+    Check(PwDbAuthoring::addUnderlayDefinition(db, PwDbPdfDefinition::desc(), u"PLAN",
+                                               u"docs\\plan.pdf", u"1", &plan),
+          "an underlay");
+    Check(PwDbAuthoring::addUnderlayReference(db, db.modelSpaceId(), plan, {0, 0, 0}),
+          "an underlay");
+    const std::string root = folder + "/site.plw";
+    site.Save(root);
+    Check(db.plxOut(LodeUtil::Utf16FromUtf8(folder + "/site.plx").c_str(), 16,
+                    PwDb::PwDbPlwVersionCurrent),
+          "the exchange copy");
+    return LodeUtil::Utf8FromUtf16(
+        LodeUtil::AbsoluteFilePath(LodeUtil::Utf16FromUtf8(root)).FullPath());
+}
+
+}  // namespace lodeqdb::cli
