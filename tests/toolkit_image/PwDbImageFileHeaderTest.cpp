@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <sys/stat.h>
+
 #include <random>
 
 #include "ImageFiles.h"
@@ -111,6 +113,12 @@ TEST_F(ImageFileHeaders, FilesAreReadByTheirHeadersWhereverTheTiffDirectoryLies)
     Write("a.png", Png(3, 2));
     ASSERT_EQ(pwdbReadImageFileHeader(Path("a.png"), info), Plotwright::StatusOk);
     EXPECT_EQ(info.format, PwDbImageFormat::Png);
+}
+
+TEST_F(ImageFileHeaders, APipeIsNotWaitedOn) {
+    ASSERT_EQ(mkfifo((folder + "/pipe.png").c_str(), 0600), 0);
+    PwDbImageFileInfo info;
+    EXPECT_EQ(pwdbReadImageFileHeader(Path("pipe.png"), info), Plotwright::StatusFileNotFound);
 }
 
 TEST_F(ImageFileHeaders, EmptyMissingAndFolderPathsAreNoImages) {

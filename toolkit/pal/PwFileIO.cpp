@@ -205,8 +205,9 @@ ErrorStatus ReadWholeFile(const char16_t* path, FileShareMode shareMode, std::st
 
 ErrorStatus ReadFileStart(const char16_t* path, size_t maxBytes, std::string& bytes,
                           File* keepOpen) {
-    if (path != nullptr && LodeUtil::Directory::Exists(path))
-        return ::Plotwright::StatusFileNotFound;
+    // Only regular files: a folder has no bytes, and opening a pipe or a device could wait
+    // for ever.
+    if (path == nullptr || !LodeUtil::File::Exists(path)) return ::Plotwright::StatusFileNotFound;
     File file = File::openFile(path, kWideChars, kOpenForRead, kShareRead, kOpenExisting);
     if (file.openStatus() != ::Plotwright::StatusOk) return file.openStatus();
     std::string content(maxBytes, '\0');

@@ -78,8 +78,9 @@ class File {
                                         uint64_t maxSize = uint64_t{1} << 34);
 
 /// Reads at most the first `maxBytes` of `path` (under a shared lock) into `bytes`, fewer when
-/// the file is shorter. With `keepOpen` the file stays open there. StatusFileNotFound for a
-/// missing file or a folder; otherwise the statuses of ReadWholeFile.
+/// the file is shorter. With `keepOpen` the file stays open there. StatusFileNotFound for
+/// anything but an existing regular file (a folder, a pipe, a device); otherwise the statuses
+/// of ReadWholeFile.
 ::Plotwright::ErrorStatus ReadFileStart(const char16_t* path, size_t maxBytes, std::string& bytes,
                                         File* keepOpen = nullptr);
 
