@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Builds the libFuzzer targets with clang and runs each for FUZZ_SECONDS (60 by default) from
-# a seed corpus of drawings written by the toolkit itself. Any finding fails the run.
+# a seed corpus of drawings written by the toolkit itself, and of design files written by
+# tools/dgnwriter for the DGN reader. Any finding fails the run.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -10,12 +11,13 @@ cmake --build --preset fuzz
 
 work=build/fuzz/corpus
 rm -rf "$work"
-mkdir -p "$work/seeds" "$work/plw" "$work/plx" "$work/appinfo" "$work/property_set"
+mkdir -p "$work/seeds" "$work/plw" "$work/plx" "$work/appinfo" "$work/property_set" "$work/dgn"
 build/fuzz/bin/make_fuzz_seeds "$work/seeds"
 cp "$work"/seeds/*.plw "$work/plw/"
 cp "$work"/seeds/*.plx "$work/plx/"
 cp "$work"/seeds/*.plw "$work/appinfo/"
 cp "$work"/seeds/*.txt "$work/property_set/"
+build/fuzz/bin/make_dgn_samples "$work/dgn"
 
 fuzz() {
     local target="$1" corpus="$2"
@@ -29,4 +31,5 @@ fuzz plw_reader_fuzz plw
 fuzz plx_reader_fuzz plx
 fuzz appinfo_reader_fuzz appinfo
 fuzz property_set_fuzz property_set
+fuzz dgn_reader_fuzz dgn
 echo "fuzzing: no finding"

@@ -1,42 +1,38 @@
-// The references of a DGN design file, as the DGN reader module "PwDgnIO.qdb" reads them.
+// The reference file attachments of a DGN design file, read by the DGN module "PwDgnIO.qdb",
+// which is loaded on the first call; the toolkit links no DGN code of its own.
 //
 //   PwArray<PwDbDgnRefFileData*> references(0, 8);
 //   if (pwdbGetDgnFileReferences(u"/srv/site.dgn", nullptr, references) == Plotwright::StatusOk) {
-//       for (size_t i = 0; i < references.length(); ++i) {
-//           use(references[i]->storedPath, references[i]->resolvedPath);
-//           delete references[i];
-//       }
+//       for (size_t i = 0; i < references.length(); ++i) use(*references[i]);
 //   }
-//
-// The module is loaded on the first call; the toolkit links no DGN code of its own.
+//   pwdbDeleteDgnFileReferences(references);
 #pragma once
-
-#include <cstdint>
 
 #include "toolkit/core/PwArray.h"
 #include "toolkit/core/PwErrorStatus.h"
-#include "toolkit/core/PwString.h"
+#include "toolkit/dgn/PwDbDgnRefFileData.h"
 
-/// One reference (attachment) of a DGN file.
-struct PwDbDgnRefFileData {
-    /// The path as the DGN file records it; may be relative or a file:// URL.
-    PwString storedPath;
-    /// The reference's full path when the file was found; empty otherwise.
-    PwString resolvedPath;
-    /// Identifies the attachment within its file, the same at every read.
-    uint64_t refId = 0;
-};
+/// The DGN module's file name and the service it registers.
+inline constexpr char16_t kPwDgnModuleName[] = u"PwDgnIO.qdb";
+inline constexpr char16_t kPwDgnServiceName[] = u"PwDgnIO";
 
 /// The name of the module's entry that reads a file's references.
 inline constexpr char kPwDbDgnReferencesEntry[] = "DGNGetFileReferences";
 
 /// The entry's type: the DGN file, a text the toolkit passes as null, the array to fill.
-using PwDbDgnReferencesFunction = Plotwright::ErrorStatus (*)(const char16_t*, const char16_t*,
-                                                              PwArray<PwDbDgnRefFileData*>&);
+using PwDbDgnGetFileReferencesFunction = Plotwright::ErrorStatus (*)(
+    const char16_t* path, const char16_t* unused, PwArray<PwDbDgnRefFileData*>& references);
 
-/// Appends the references of the DGN file `name` to `references`; the caller owns the records
-/// (delete each). The module's status: StatusFileNotFound for a missing file,
-/// StatusBadFileFormat for a file that isn't a readable DGN file. StatusModuleNotFound when the
-/// module can't be loaded or lacks the entry; StatusInvalidInput for a null name.
-Plotwright::ErrorStatus pwdbGetDgnFileReferences(const char16_t* name, const char16_t* unused,
+/// Appends one new record per reference attachment of the DGN V7 design file `fileName` to
+/// `references`, in file order; the caller owns them (delete each, or call
+/// pwdbDeleteDgnFileReferences). A file without attachments gives StatusOk and appends
+/// nothing. Failures append nothing: StatusInvalidInput for a null or empty name,
+/// StatusFileNotFound when no file is there, StatusBadFileFormat for a file that is not a DGN
+/// V7 design file (a V8 file included), StatusOutOfMemory when the array can't grow, and
+/// StatusModuleNotFound when the module can't be loaded or lacks the entry. `unused` is
+/// accepted for callers that pass it.
+Plotwright::ErrorStatus pwdbGetDgnFileReferences(const char16_t* fileName, const char16_t* unused,
                                                  PwArray<PwDbDgnRefFileData*>& references);
+
+/// Deletes every record of `references` and empties it.
+void pwdbDeleteDgnFileReferences(PwArray<PwDbDgnRefFileData*>& references);

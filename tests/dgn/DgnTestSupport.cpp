@@ -1,0 +1,156 @@
+#include "dgn/DgnTestSupport.h"
+
+#include "toolkit/db/PwDbBlockTable.h"
+#include "toolkit/db/PwDbHostApplicationServices.h"
+#include "toolkit/db/PwDbLayerTable.h"
+#include "toolkit/db/PwDbObjectPointer.h"
+#include "toolkit/dgn/PwDbDgnReferences.h"
+#include "toolkit/rx/PwRxClass.h"
+#include "toolkit/rx/PwRxModules.h"
+
+namespace dgntest {
+
+std::shared_ptr<const DgnV7DesignFile> Document(const DgnWriter::DgnV7Writer& writer,
+                                                const wstring& path) {
+    std::shared_ptr<const DgnV7DesignFile> document;
+    EXPECT_EQ(DgnV7DesignFile::fromBytes(writer.bytes(), path, document), Plotwright::StatusOk);
+    return document;
+}
+
+Plotwright::ErrorStatus Translate(const DgnWriter::DgnV7Writer& writer,
+                                  const DgnTranslation& translation, PwDbDatabase& drawing,
+                                  DgnConvertReport& report) {
+    const auto document = Document(writer);
+    if (document == nullptr) return Plotwright::StatusBadFileFormat;
+    return dgnTranslate(*document, translation, drawing, report);
+}
+
+std::vector<PwDbObjectId> Entities(PwDbObjectId block) {
+    std::vector<PwDbObjectId> ids;
+    PwDbObjectPointer<PwDbBlockTableRecord> record(block, PwDb::OpenForRead);
+    if (record.openStatus() != Plotwright::StatusOk) return ids;
+    PwDbBlockTableRecordIterator* iterator = nullptr;
+    if (record->newIterator(iterator) != Plotwright::StatusOk) return ids;
+    std::unique_ptr<PwDbBlockTableRecordIterator> owned(iterator);
+    for (owned->start(); !owned->done(); owned->step()) {
+        PwDbObjectId id;
+        owned->getEntityId(id);
+        ids.push_back(id);
+    }
+    return ids;
+}
+
+PwDbObjectId BlockNamed(const PwDbDatabase& drawing, const wstring& name) {
+    PwDbObjectPointer<PwDbBlockTable> blocks(const_cast<PwDbDatabase*>(&drawing),
+                                             PwDb::OpenForRead);
+    PwDbObjectId id;
+    if (blocks.openStatus() == Plotwright::StatusOk) blocks->getIdAt(name.c_str(), id);
+    return id;
+}
+
+wstring RecordName(PwDbObjectId record) {
+    PwDbObjectPointer<PwDbSymbolTableRecord> open(record, PwDb::OpenForRead);
+    PwString name;
+    if (open.openStatus() == Plotwright::StatusOk) open->getName(name);
+    return name.toWString();
+}
+
+wstring ClassName(PwDbObjectId id) {
+    PwDbObjectPointer<PwDbObject> open(id, PwDb::OpenForRead);
+    return open.openStatus() == Plotwright::StatusOk ? wstring(open->runtimeClass()->name())
+                                                     : wstring();
+}
+
+std::vector<wstring> LayerNames(const PwDbDatabase& drawing) {
+    std::vector<wstring> names;
+    PwDbObjectPointer<PwDbLayerTable> layers(const_cast<PwDbDatabase*>(&drawing),
+                                             PwDb::OpenForRead);
+    if (layers.openStatus() != Plotwright::StatusOk) return names;
+    PwDbLayerTableIterator* iterator = nullptr;
+    if (layers->newIterator(iterator) != Plotwright::StatusOk) return names;
+    std::unique_ptr<PwDbLayerTableIterator> owned(iterator);
+    for (owned->start(); !owned->done(); owned->step()) {
+        PwDbObjectId id;
+        owned->getRecordId(id);
+        names.push_back(RecordName(id));
+    }
+    return names;
+}
+
+ScopedRootFolder::ScopedRootFolder(const wstring& folder)
+    : m_previous(pwdbHostApplicationServices()->rootFolder()) {
+    pwdbHostApplicationServices()->setRootFolder(folder);
+}
+
+ScopedRootFolder::~ScopedRootFolder() {
+    pwdbHostApplicationServices()->setRootFolder(m_previous);
+}
+
+namespace {
+
+template <class F>
+bool Bind(F& function, const char* name) {
+    function = reinterpret_cast<F>(pwrxServiceSymbol(kPwDgnServiceName, name));
+    EXPECT_NE(function, nullptr) << name;
+    return function != nullptr;
+}
+
+}  // namespace
+
+bool DgnModule::bind() {
+    EXPECT_TRUE(pwrxLoadModule(kPwDgnModuleName, false, true)) << "PwDgnIO.qdb did not load";
+    bool all = true;
+    all &= Bind(isDgnFile, "DGNIsDgnFile");
+    all &= Bind(loadFile, "DGNLoadFile");
+    all &= Bind(closeFile, "DGNCloseFile");
+    all &= Bind(getItemCount, "DGNGetItemCount");
+    all &= Bind(getItem, "DGNGetItem");
+    all &= Bind(closeItem, "DGNCloseItem");
+    all &= Bind(getItemName, "DGNGetItemName");
+    all &= Bind(convertItemEx, "DGNConvertItemEx");
+    all &= Bind(getFileReferences, "DGNGetFileReferences");
+    all &= Bind(getConvertReport, "DGNGetConvertReport");
+    return all;
+}
+
+std::vector<uint8_t> CompoundDocument(const std::u16string& entry) {
+    std::vector<uint8_t> bytes(1024, 0);
+    const uint8_t signature[8] = {0xD0, 0xCF, 0x11, 0xE0, 0xA1, 0xB1, 0x1A, 0xE1};
+    std::copy(std::begin(signature), std::end(signature), bytes.begin());
+    bytes[0x1A] = 0x3E;  // minor and major version, byte order mark: as every such file has
+    bytes[0x1C] = 0xFE;
+    bytes[0x1D] = 0xFF;
+    bytes[0x1E] = 9;  // 512-byte sectors
+    // The directory starts in sector 0, right after the header.
+    const auto putName = [&](size_t at, const std::u16string& name) {
+        for (size_t i = 0; i < name.size(); ++i) {
+            bytes[at + 2 * i] = static_cast<uint8_t>(name[i] & 0xFF);
+            bytes[at + 2 * i + 1] = static_cast<uint8_t>(name[i] >> 8);
+        }
+        bytes[at + 0x40] = static_cast<uint8_t>(2 * (name.size() + 1));
+    };
+    putName(512, u"Root Entry");
+    putName(512 + 128, entry);
+    return bytes;
+}
+
+std::vector<uint8_t> LineElement(int32_t x1, int32_t y1, int32_t x2, int32_t y2) {
+    std::vector<uint8_t> bytes(52, 0);
+    bytes[0] = 1;  // level 1
+    bytes[1] = 3;  // type 3
+    bytes[2] = 24;
+    const auto putLong = [&](size_t at, int32_t value) {
+        const auto bits = static_cast<uint32_t>(value);
+        bytes[at] = static_cast<uint8_t>(bits >> 16);
+        bytes[at + 1] = static_cast<uint8_t>(bits >> 24);
+        bytes[at + 2] = static_cast<uint8_t>(bits);
+        bytes[at + 3] = static_cast<uint8_t>(bits >> 8);
+    };
+    putLong(36, x1);
+    putLong(40, y1);
+    putLong(44, x2);
+    putLong(48, y2);
+    return bytes;
+}
+
+}  // namespace dgntest

@@ -1,0 +1,83 @@
+// What the DGN tests share: translating written design files, reading the drawing back entity
+// by entity, a temporary host root folder, and the module's entries bound by name.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "lodeutil/WideString.h"
+#include "modules/dgn/DgnConvertReport.h"
+#include "modules/dgn/DgnV7DesignFile.h"
+#include "modules/dgn/DgnV7Translator.h"
+#include "toolkit/core/PwArray.h"
+#include "toolkit/core/PwString.h"
+#include "toolkit/db/PwDbDatabase.h"
+#include "toolkit/db/PwDbObjectId.h"
+#include "toolkit/dgn/PwDbDgnConvertOptions.h"
+#include "toolkit/dgn/PwDbDgnConvertReport.h"
+#include "toolkit/dgn/PwDbDgnRefFileData.h"
+#include "tools/dgnwriter/DgnV7Writer.h"
+
+namespace dgntest {
+
+/// The document over what `writer` wrote; fails the test when it doesn't load.
+std::shared_ptr<const DgnV7DesignFile> Document(const DgnWriter::DgnV7Writer& writer,
+                                                const wstring& path = u"");
+
+/// Translates `writer`'s file into `drawing` with `translation`; the status of the translation.
+Plotwright::ErrorStatus Translate(const DgnWriter::DgnV7Writer& writer,
+                                  const DgnTranslation& translation, PwDbDatabase& drawing,
+                                  DgnConvertReport& report);
+
+/// The ids of the live entities of `block`, in order.
+std::vector<PwDbObjectId> Entities(PwDbObjectId block);
+/// The id of the block `name` of `drawing`; null when it has none.
+PwDbObjectId BlockNamed(const PwDbDatabase& drawing, const wstring& name);
+/// The name of a layer or block record.
+wstring RecordName(PwDbObjectId record);
+/// The run-time class name of the object `id`.
+wstring ClassName(PwDbObjectId id);
+/// The names of the drawing's layers, in table order.
+std::vector<wstring> LayerNames(const PwDbDatabase& drawing);
+
+/// Sets the root folder of the process's host services for the object's life.
+class ScopedRootFolder {
+  public:
+    explicit ScopedRootFolder(const wstring& folder);
+    ~ScopedRootFolder();
+    ScopedRootFolder(const ScopedRootFolder&) = delete;
+    ScopedRootFolder& operator=(const ScopedRootFolder&) = delete;
+
+  private:
+    wstring m_previous;
+};
+
+/// The module's entries, bound through pwrxServiceSymbol after loading "PwDgnIO.qdb".
+struct DgnModule {
+    bool (*isDgnFile)(const PwString&) = nullptr;
+    void* (*loadFile)(const char16_t*, int, uint32_t, int) = nullptr;
+    void (*closeFile)(void*) = nullptr;
+    uint32_t (*getItemCount)(void*) = nullptr;
+    void* (*getItem)(void*, uint32_t) = nullptr;
+    void (*closeItem)(void*) = nullptr;
+    Plotwright::ErrorStatus (*getItemName)(void*, PwString*) = nullptr;
+    Plotwright::ErrorStatus (*convertItemEx)(void*, PwDbDgnConvertOptions*,
+                                             PwDbDatabase*) = nullptr;
+    Plotwright::ErrorStatus (*getFileReferences)(const char16_t*, const char16_t*,
+                                                 PwArray<PwDbDgnRefFileData*>&) = nullptr;
+    PwDbDgnGetConvertReportFunction getConvertReport = nullptr;
+
+    /// Loads the module and binds every entry; false (with a test failure) when any is missing.
+    bool bind();
+};
+
+/// Bytes of a small compound document (the V8 container) whose directory names `entry`.
+std::vector<uint8_t> CompoundDocument(const std::u16string& entry);
+
+/// A 2D line element written by hand (level 1, words to follow 24) from (x1, y1) to (x2, y2).
+std::vector<uint8_t> LineElement(int32_t x1, int32_t y1, int32_t x2, int32_t y2);
+
+}  // namespace dgntest

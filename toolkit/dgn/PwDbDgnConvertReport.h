@@ -1,0 +1,39 @@
+// The report of a DGN model's last conversion, in a shape plain C can read: one row per element
+// type and entity class made from it, and one row per element type left untranslated.
+//
+//   PwDbDgnConvertReportRow rows[64];
+//   uint32_t count = 0;
+//   if (getReport(item, rows, 64, &count) == Plotwright::StatusOk) {
+//       for (uint32_t i = 0; i < count && i < 64; ++i) {
+//           if (rows[i].className[0] == 0) { /* rows[i].count elements were skipped */ }
+//       }
+//   }
+#pragma once
+
+#include <cstdint>
+
+#include "toolkit/core/PwErrorStatus.h"
+
+/// Element type of the row that counts bytes no element could be read from: the tail of a file
+/// cut short inside an element.
+inline constexpr int32_t kPwDbDgnUnreadableBytes = -1;
+
+struct PwDbDgnConvertReportRow {
+    /// The DGN element type (1 to 127), or kPwDbDgnUnreadableBytes.
+    int32_t elementType;
+    /// The run-time class name of the entities made ("PwDbLine", ...), zero-terminated; empty
+    /// for a row of skipped elements.
+    char16_t className[40];
+    /// Entities made, or elements (for kPwDbDgnUnreadableBytes: bytes) skipped.
+    uint32_t count;
+};
+
+/// The module's "DGNGetConvertReport": copies up to `capacity` rows of `item`'s last
+/// conversion into `rows` (translated rows first, by element type, then skipped rows) and
+/// sets `*rowCount` to the number of rows there are. No conversion yet gives 0 rows.
+/// StatusInvalidInput for an item that isn't open or a null `rowCount`; `rows` may be null
+/// when `capacity` is 0.
+using PwDbDgnGetConvertReportFunction = Plotwright::ErrorStatus (*)(void* item,
+                                                                    PwDbDgnConvertReportRow* rows,
+                                                                    uint32_t capacity,
+                                                                    uint32_t* rowCount);
