@@ -83,10 +83,9 @@ std::optional<wstring> dgnReadSetting(const wstring& path, const wstring& sectio
 bool dgnImportInMasterUnits() {
     const std::optional<wstring> value =
         dgnReadSetting(dgnSettingsPath(), u"IMPORTSECTION", u"IsMasterUnits");
-    if (!value) return true;
+    if (!value) return false;
     const std::string narrow = LodeUtil::Utf8FromUtf16(*value);
     long long number = 0;
     const auto [end, error] = std::from_chars(narrow.data(), narrow.data() + narrow.size(), number);
-    if (error != std::errc() || end != narrow.data() + narrow.size()) return true;
-    return number != 0;
+    return error == std::errc() && end == narrow.data() + narrow.size() && number == 1;
 }

@@ -24,7 +24,9 @@ wstring dgnSettingsPath();
 std::optional<wstring> dgnReadSetting(const wstring& path, const wstring& section,
                                       const wstring& key);
 
-/// True unless "IsMasterUnits" in section "IMPORTSECTION" of the settings file reads as the
-/// integer 0: a missing file, section or key, or a value that isn't an integer, means master
-/// units.
+/// True when "IsMasterUnits" in section "IMPORTSECTION" of the settings file reads as the
+/// integer 1. Anything else (another number, a value that isn't an integer, a missing file,
+/// section or key) means units of resolution: the library writes the file with 1 before its
+/// first translation, so only a host that changed it, or a caller of the module that never
+/// made it, gets units of resolution.
 bool dgnImportInMasterUnits();

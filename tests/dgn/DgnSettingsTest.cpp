@@ -72,19 +72,21 @@ TEST_F(DgnSettingsTest, ByteOrderMarks) {
     EXPECT_EQ(dgnReadSetting(Path("utf16.ini"), u"IMPORTSECTION", u"IsMasterUnits"), u"0");
 }
 
-TEST_F(DgnSettingsTest, MasterUnitsUnlessTheFileSaysZero) {
+TEST_F(DgnSettingsTest, MasterUnitsOnlyWhenTheFileSaysOne) {
     dgntest::ScopedRootFolder root(Path(""));
-    EXPECT_TRUE(dgnImportInMasterUnits()) << "no file";
+    EXPECT_FALSE(dgnImportInMasterUnits()) << "no file";
     Settings("[IMPORTSECTION]\nIsMasterUnits=0\n");
     EXPECT_FALSE(dgnImportInMasterUnits());
     Settings("[IMPORTSECTION]\nIsMasterUnits=1\n");
     EXPECT_TRUE(dgnImportInMasterUnits());
     Settings("[IMPORTSECTION]\nIsMasterUnits=no\n");
-    EXPECT_TRUE(dgnImportInMasterUnits()) << "not an integer";
+    EXPECT_FALSE(dgnImportInMasterUnits()) << "not an integer";
     Settings("[OTHER]\nIsMasterUnits=0\n");
-    EXPECT_TRUE(dgnImportInMasterUnits()) << "another section";
-    Settings("[IMPORTSECTION]\nIsMasterUnits=00\n");
-    EXPECT_FALSE(dgnImportInMasterUnits());
+    EXPECT_FALSE(dgnImportInMasterUnits()) << "another section";
+    Settings("[IMPORTSECTION]\nIsMasterUnits=2\n");
+    EXPECT_FALSE(dgnImportInMasterUnits()) << "another number";
+    Settings("[IMPORTSECTION]\nIsMasterUnits=01\n");
+    EXPECT_TRUE(dgnImportInMasterUnits());
 }
 
 // The library's options leave units to the settings file.
@@ -104,7 +106,7 @@ TEST_F(DgnSettingsTest, TheSettingsDecideTheUnitsOfAConversion) {
         return line->endPoint().x;
     };
     dgntest::ScopedRootFolder root(Path(""));
-    EXPECT_DOUBLE_EQ(lineEnd(), 2.5);
+    EXPECT_DOUBLE_EQ(lineEnd(), 25000) << "no settings file";
     Settings("[IMPORTSECTION]\nIsMasterUnits=0\n");
     EXPECT_DOUBLE_EQ(lineEnd(), 25000);
     Settings("[IMPORTSECTION]\nIsMasterUnits=1\n");

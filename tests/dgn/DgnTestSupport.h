@@ -12,6 +12,7 @@
 #include "modules/dgn/DgnConvertReport.h"
 #include "modules/dgn/DgnV7DesignFile.h"
 #include "modules/dgn/DgnV7Translator.h"
+#include "support/DrawingInspection.h"
 #include "toolkit/core/PwArray.h"
 #include "toolkit/core/PwString.h"
 #include "toolkit/db/PwDbDatabase.h"
@@ -32,28 +33,12 @@ Plotwright::ErrorStatus Translate(const DgnWriter::DgnV7Writer& writer,
                                   const DgnTranslation& translation, PwDbDatabase& drawing,
                                   DgnConvertReport& report);
 
-/// The ids of the live entities of `block`, in order.
-std::vector<PwDbObjectId> Entities(PwDbObjectId block);
-/// The id of the block `name` of `drawing`; null when it has none.
-PwDbObjectId BlockNamed(const PwDbDatabase& drawing, const wstring& name);
-/// The name of a layer or block record.
-wstring RecordName(PwDbObjectId record);
-/// The run-time class name of the object `id`.
-wstring ClassName(PwDbObjectId id);
-/// The names of the drawing's layers, in table order.
-std::vector<wstring> LayerNames(const PwDbDatabase& drawing);
-
-/// Sets the root folder of the process's host services for the object's life.
-class ScopedRootFolder {
-  public:
-    explicit ScopedRootFolder(const wstring& folder);
-    ~ScopedRootFolder();
-    ScopedRootFolder(const ScopedRootFolder&) = delete;
-    ScopedRootFolder& operator=(const ScopedRootFolder&) = delete;
-
-  private:
-    wstring m_previous;
-};
+using lodeqdbtest::BlockNamed;
+using lodeqdbtest::ClassName;
+using lodeqdbtest::Entities;
+using lodeqdbtest::LayerNames;
+using lodeqdbtest::RecordName;
+using lodeqdbtest::ScopedRootFolder;
 
 /// The module's entries, bound through pwrxServiceSymbol after loading "PwDgnIO.qdb".
 struct DgnModule {

@@ -502,7 +502,7 @@ TEST(DgnTranslationOptions, TheLibrarysValues) {
     dgntest::ScopedRootFolder noSettings(u"");
     ASSERT_EQ(dgnTranslationFromOptions(options, drawing, translation), StatusOk);
     EXPECT_TRUE(translation.cellsAsBlocks);
-    EXPECT_TRUE(translation.masterUnits) << "no settings file means master units";
+    EXPECT_FALSE(translation.masterUnits) << "no settings file means units of resolution";
     EXPECT_TRUE(translation.attachmentsAsUnderlays);
     EXPECT_EQ(translation.layerPrefix, u"Level ");
     EXPECT_TRUE(translation.cellBlockPrefix.empty());

@@ -106,7 +106,8 @@ TEST_F(PwDgnIOModuleTest, ConvertsTheDefaultModelAndReportsIt) {
     ASSERT_EQ(model.size(), 2u);
     PwDbObjectPointer<PwDbLine> line(model[0], PwDb::OpenForRead);
     ASSERT_EQ(line.openStatus(), StatusOk);
-    EXPECT_EQ(line->endPoint(), PwGePoint3d(1, 2, 0)) << "master units without settings";
+    EXPECT_EQ(line->endPoint(), PwGePoint3d(10000, 20000, 0))
+        << "units of resolution without settings";
     EXPECT_EQ(dgntest::ClassName(model[1]), u"PwDbText");
 
     PwDbDgnConvertReportRow rows[8];

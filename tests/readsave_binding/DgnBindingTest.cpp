@@ -3,11 +3,19 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
 #include <string>
 
 #include "platform/LodeExceptions.h"
 #include "readsave/DgnModule.h"
+#include "readsave/DgnTranslation.h"
+#include "service/DgnChildren.h"
 #include "service/FileClassification.h"
+#include "toolkit/db/PwDbDatabase.h"
+#include "toolkit/db/PwDbHostApplicationServices.h"
+#include "toolkit/dgn/PwDbDgnRefFileRepath.h"
 #include "toolkit/rx/PwRxModules.h"
 
 namespace {
@@ -20,10 +28,39 @@ void RequireStandIn(const char* variant) {
     if (actual == nullptr || std::string(actual) != variant) GTEST_SKIP();
 }
 
-int ProbesSoFar() {
-    auto count = reinterpret_cast<ProbeCount>(pwrxServiceSymbol(u"PwDgnIO", "StandInProbeCount"));
+int StandInCount(const char* name) {
+    auto count = reinterpret_cast<ProbeCount>(pwrxServiceSymbol(u"PwDgnIO", name));
     return count != nullptr ? count() : -1;
 }
+
+int ProbesSoFar() {
+    return StandInCount("StandInProbeCount");
+}
+
+const PwDbDgnConvertOptions& OptionsReceived() {
+    using Options = const PwDbDgnConvertOptions* (*)();
+    return *reinterpret_cast<Options>(pwrxServiceSymbol(u"PwDgnIO", "StandInConvertOptions"))();
+}
+
+// The host's root folder, a fresh folder of its own for the test.
+class ScopedRootFolder {
+  public:
+    ScopedRootFolder() {
+        char pattern[] = "/tmp/dgn-binding-XXXXXX";
+        m_folder = ::mkdtemp(pattern);
+        m_before = pwdbHostApplicationServices()->rootFolder();
+        pwdbHostApplicationServices()->setRootFolder(wstring(m_folder.begin(), m_folder.end()));
+    }
+    ~ScopedRootFolder() {
+        pwdbHostApplicationServices()->setRootFolder(m_before);
+        std::filesystem::remove_all(m_folder);
+    }
+    std::filesystem::path settings() const { return m_folder + "/Support/DgnSetups.ini"; }
+
+  private:
+    std::string m_folder;
+    wstring m_before;
+};
 
 TEST(DgnBinding, TheModuleIsLoadedOnTheFirstQuestionWithANSWERINGModule) {
     RequireStandIn("answering");
@@ -101,6 +138,123 @@ TEST(DgnBinding, AMissingModuleIsAnInkstoneErrorNotAnAnswerWithMISSINGModule) {
     } catch (const lode::InkstoneError& error) {
         EXPECT_EQ(error.code(), 0);
     }
+}
+
+// Translation through the module's entries.
+
+TEST(DgnBinding, ModelNamesComeInIndexOrderWithoutUnreadableOnesWithANSWERINGModule) {
+    RequireStandIn("answering");
+    EXPECT_EQ(LodeQDBUtil::GetModelViewNamesFromDGN(u"/srv/site.dgn"),
+              (std::vector<wstring>{u"Main", u"Sheet"}));
+    EXPECT_EQ(StandInCount("StandInOpenFiles"), 0);
+    EXPECT_EQ(StandInCount("StandInOpenItems"), 0);
+}
+
+TEST(DgnBinding, AFileWithoutModelsGivesNoNamesAndIsClosedWithANSWERINGModule) {
+    RequireStandIn("answering");
+    EXPECT_TRUE(LodeQDBUtil::GetModelViewNamesFromDGN(u"/srv/empty.dgn").empty());
+    EXPECT_EQ(StandInCount("StandInOpenFiles"), 0);
+}
+
+TEST(DgnBinding, AFileTheModuleRefusesIsInvalidFormatWithANSWERINGModule) {
+    RequireStandIn("answering");
+    PwDbDatabase drawing(false, true);
+    EXPECT_THROW(LodeQDBUtil::GetModelViewNamesFromDGN(u"/srv/bad.dgn"), lode::InvalidFormat);
+    EXPECT_THROW(LodeQDBUtil::ReadDGNToPlwDatabase(u"/srv/bad.dgn", u"", drawing),
+                 lode::InvalidFormat);
+}
+
+TEST(DgnBinding, AnEmptyModelNameTranslatesTheFirstModelWithTheFixedOptionsWithANSWERINGModule) {
+    RequireStandIn("answering");
+    ScopedRootFolder root;
+    PwDbDatabase drawing(false, true);
+    LodeQDBUtil::ReadDGNToPlwDatabase(u"/srv/site.dgn", u"", drawing);
+    EXPECT_EQ(StandInCount("StandInConvertedItem"), 0);
+    const PwDbDgnConvertOptions& options = OptionsReceived();
+    EXPECT_EQ(options.cellsAsBlocks, 1);
+    EXPECT_EQ(options.unitsMode, 2);
+    EXPECT_EQ(options.attachmentsAsUnderlays, 1);
+    EXPECT_TRUE(options.layerPrefix.empty());
+    EXPECT_EQ(options.targetBlockHandle, 0);
+    EXPECT_TRUE(options.cellBlockPrefix.empty());
+    EXPECT_EQ(StandInCount("StandInOpenFiles"), 0);
+    EXPECT_EQ(StandInCount("StandInOpenItems"), 0);
+    // The settings file is there before the module translates.
+    EXPECT_TRUE(std::filesystem::exists(root.settings()));
+}
+
+TEST(DgnBinding, AModelIsFoundByItsExactNameWithANSWERINGModule) {
+    RequireStandIn("answering");
+    ScopedRootFolder root;
+    PwDbDatabase drawing(false, true);
+    LodeQDBUtil::ReadDGNToPlwDatabase(u"/srv/site.dgn", u"Sheet", drawing);
+    EXPECT_EQ(StandInCount("StandInConvertedItem"), 2);
+    EXPECT_EQ(StandInCount("StandInOpenItems"), 0);
+    EXPECT_EQ(StandInCount("StandInOpenFiles"), 0);
+}
+
+TEST(DgnBinding, AModelNameOfAnotherCaseIsNotFoundAndTheFileStaysOpenWithANSWERINGModule) {
+    RequireStandIn("answering");
+    ScopedRootFolder root;
+    PwDbDatabase drawing(false, true);
+    const int open = StandInCount("StandInOpenFiles");
+    EXPECT_THROW(LodeQDBUtil::ReadDGNToPlwDatabase(u"/srv/site.dgn", u"sheet", drawing),
+                 lode::NotFound);
+    EXPECT_EQ(StandInCount("StandInOpenFiles"), open + 1);
+    EXPECT_EQ(StandInCount("StandInOpenItems"), 0) << "every item passed is closed";
+    EXPECT_FALSE(std::filesystem::exists(root.settings())) << "nothing translated";
+}
+
+TEST(DgnBinding, NoModelsOrANullFirstModelIsNotFoundWithANSWERINGModule) {
+    RequireStandIn("answering");
+    ScopedRootFolder root;
+    PwDbDatabase drawing(false, true);
+    EXPECT_THROW(LodeQDBUtil::ReadDGNToPlwDatabase(u"/srv/empty.dgn", u"Main", drawing),
+                 lode::NotFound);
+    EXPECT_THROW(LodeQDBUtil::ReadDGNToPlwDatabase(u"/srv/null-item.dgn", u"", drawing),
+                 lode::NotFound);
+}
+
+TEST(DgnBinding, AFailedTranslationIsAPlotwrightExceptionWithItsStatusWithANSWERINGModule) {
+    RequireStandIn("answering");
+    ScopedRootFolder root;
+    PwDbDatabase drawing(false, true);
+    const int open = StandInCount("StandInOpenFiles");
+    try {
+        LodeQDBUtil::ReadDGNToPlwDatabase(u"/srv/fail.dgn", u"Main", drawing);
+        FAIL() << "no exception";
+    } catch (const lode::PlotwrightException& error) {
+        EXPECT_EQ(error.status(), Plotwright::StatusNotApplicable);
+    }
+    EXPECT_EQ(StandInCount("StandInOpenFiles"), open) << "closed before the exception";
+}
+
+TEST(DgnBinding, TranslationWithoutTheModuleIsAnInkstoneErrorWithMISSINGModule) {
+    RequireStandIn("missing");
+    PwDbDatabase drawing(false, true);
+    EXPECT_THROW(LodeQDBUtil::GetModelViewNamesFromDGN(u"/srv/site.dgn"), lode::InkstoneError);
+    EXPECT_THROW(LodeQDBUtil::ReadDGNToPlwDatabase(u"/srv/site.dgn", u"", drawing),
+                 lode::InkstoneError);
+}
+
+TEST(DgnBinding, ReadingAttachmentsWithoutTheModuleIsAFileErrorNotInkstoneWithMISSINGModule) {
+    RequireStandIn("missing");
+    PwDbDgnRefFileRepath repath;
+    EXPECT_THROW(LodeQDBUtil::ReadDGNFile(u"/srv/site.dgn", repath), lode::ReadError);
+}
+
+TEST(DgnBinding, TranslationWithoutItsEntriesIsAnInkstoneErrorWithNO_ENTRYModule) {
+    RequireStandIn("no-entry");
+    PwDbDatabase drawing(false, true);
+    EXPECT_THROW(LodeQDBUtil::GetModelViewNamesFromDGN(u"/srv/site.dgn"), lode::InkstoneError);
+    EXPECT_THROW(LodeQDBUtil::ReadDGNToPlwDatabase(u"/srv/site.dgn", u"", drawing),
+                 lode::InkstoneError);
+}
+
+TEST(DgnBinding, AFaultInTheReferenceCallIsAReadErrorWithFAULTINGModule) {
+    RequireStandIn("faulting");
+    EXPECT_THROW(LodeQDBService::Request::DGNChildren(u"/srv/segv.dgn"), lode::ReadError);
+    EXPECT_THROW(LodeQDBService::Request::DGNChildren(u"/srv/fpe.dgn"), lode::ReadError);
 }
 
 }  // namespace

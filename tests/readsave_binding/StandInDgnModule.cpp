@@ -4,7 +4,10 @@
 
 #include <cstddef>
 
+#include "toolkit/core/PwArray.h"
 #include "toolkit/core/PwString.h"
+#include "toolkit/dgn/PwDbDgnConvertOptions.h"
+#include "toolkit/dgn/PwDbDgnRefFileData.h"
 #include "toolkit/rx/PwRxModules.h"
 
 namespace {
@@ -20,6 +23,14 @@ int g_probes = 0;
         if (part[i] == 0) return true;
     }
     return false;
+}
+
+// A real integer division by zero: both operands are unknown to the compiler, so it can't turn
+// the division into a comparison (as it may for 1 / x).
+[[maybe_unused]] int DivideByZero() {
+    volatile int numerator = 7;
+    volatile int zero = 0;
+    return numerator / zero;
 }
 
 }  // namespace
@@ -40,10 +51,7 @@ bool DGNIsDgnFile(const PwString& path) {
     ++g_probes;
     const char16_t* name = path.kwszPtr();
 #if defined(STAND_IN_FAULTS)
-    if (Holds(name, "fpe")) {
-        volatile int zero = 0;
-        return 1 / zero == 1;
-    }
+    if (Holds(name, "fpe")) return DivideByZero() == 1;
     if (Holds(name, "bus")) raise(SIGBUS);
     volatile int* nowhere = nullptr;
     *nowhere = 1;
@@ -52,6 +60,102 @@ bool DGNIsDgnFile(const PwString& path) {
     // Any name holding "dgn" is taken for a design file, whatever its extension.
     return Holds(name, "dgn");
 #endif
+}
+#endif
+
+#if defined(STAND_IN_FAULTS)
+Plotwright::ErrorStatus DGNGetFileReferences(const char16_t* path, const char16_t*,
+                                             PwArray<PwDbDgnRefFileData*>&) {
+    if (Holds(path, "fpe")) return static_cast<Plotwright::ErrorStatus>(DivideByZero());
+    volatile int* nowhere = nullptr;
+    *nowhere = 1;
+    return Plotwright::StatusOk;
+}
+#endif
+
+#if defined(STAND_IN_ANSWERS)
+// A file of three models, "Main", one whose name can't be read, and "Sheet"; a name holding
+// "empty" has none, "bad" doesn't load, "null-item" hands out null items, "fail" fails its
+// translation with StatusNotApplicable.
+struct StandInFile {
+    uint32_t items = 3;
+    bool nullItems = false;
+    bool failing = false;
+};
+struct StandInItem {
+    uint32_t index = 0;
+    bool failing = false;
+};
+
+int g_openFiles = 0;
+int g_openItems = 0;
+int g_converted = -1;
+PwDbDgnConvertOptions g_options;
+
+/// Files and items not yet closed, the index of the last model translated, and the options it
+/// came with.
+int StandInOpenFiles() {
+    return g_openFiles;
+}
+int StandInOpenItems() {
+    return g_openItems;
+}
+int StandInConvertedItem() {
+    return g_converted;
+}
+const PwDbDgnConvertOptions* StandInConvertOptions() {
+    return &g_options;
+}
+
+void* DGNLoadFile(const char16_t* path, int mode, uint32_t flags, int all) {
+    if (Holds(path, "bad") || mode != 0 || flags != 0x80000000u || all != 1) return nullptr;
+    auto* file = new StandInFile;
+    if (Holds(path, "empty")) file->items = 0;
+    file->nullItems = Holds(path, "null-item");
+    file->failing = Holds(path, "fail");
+    ++g_openFiles;
+    return file;
+}
+
+void DGNCloseFile(void* file) {
+    delete static_cast<StandInFile*>(file);
+    --g_openFiles;
+}
+
+uint32_t DGNGetItemCount(void* file) {
+    return static_cast<StandInFile*>(file)->items;
+}
+
+void* DGNGetItem(void* file, uint32_t index) {
+    const auto* open = static_cast<StandInFile*>(file);
+    if (open->nullItems || index >= open->items) return nullptr;
+    ++g_openItems;
+    return new StandInItem{index, open->failing};
+}
+
+void DGNCloseItem(void* item) {
+    if (item == nullptr) return;
+    delete static_cast<StandInItem*>(item);
+    --g_openItems;
+}
+
+Plotwright::ErrorStatus DGNGetItemName(void* item, PwString* name) {
+    if (item == nullptr) return Plotwright::StatusInvalidInput;
+    switch (static_cast<StandInItem*>(item)->index) {
+        case 0:
+            return name->assign(u"Main");
+        case 2:
+            return name->assign(u"Sheet");
+        default:
+            return Plotwright::StatusKeyNotFound;
+    }
+}
+
+Plotwright::ErrorStatus DGNConvertItemEx(void* item, PwDbDgnConvertOptions* options, void*) {
+    const auto* open = static_cast<StandInItem*>(item);
+    g_converted = static_cast<int>(open->index);
+    g_options = *options;
+    return open->failing ? Plotwright::StatusNotApplicable : Plotwright::StatusOk;
 }
 #endif
 

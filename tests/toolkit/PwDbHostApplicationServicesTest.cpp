@@ -3,10 +3,12 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <map>
 #include <thread>
 #include <vector>
 
+#include "lodeutil/Utf.h"
 #include "toolkit/db/PwDbDatabase.h"
 
 namespace {
@@ -75,7 +77,7 @@ TEST(PwDbHostApplicationServices, DefaultsDescribeAToolkitOnlyProcess) {
     EXPECT_EQ(services.hostKind(), PwDbHostApplicationServices::kInkstoneHostKind);
     EXPECT_EQ(services.hostKind(), 4);
     EXPECT_EQ(services.workingDatabase(), nullptr);
-    EXPECT_TRUE(services.rootFolder().empty());
+    EXPECT_FALSE(services.rootFolder().empty()) << "a test process has a HOME";
     EXPECT_NE(services.hostLayoutService(), nullptr);
     EXPECT_EQ(services.ownerGuid(), u"{F29F85E0-4FF9-1068-AB91-08002B27B3D9}");
     EXPECT_EQ(services.creatorName(), u"LodeQDB");
@@ -238,3 +240,16 @@ TEST(PwDbHostApplicationServices, InstallingFromSeveralThreadsLosesNoServices) {
 }
 
 }  // namespace
+
+TEST(PwDbHostApplicationServices, TheRootFolderComesFromTheEnvironment) {
+    const char* home = std::getenv("HOME");
+    ASSERT_NE(home, nullptr);
+    ::setenv("LODEQDB_ROOT", "/opt/host root", 1);
+    EXPECT_EQ(PwDbHostApplicationServices().rootFolder(), u"/opt/host root");
+    ::unsetenv("LODEQDB_ROOT");
+    ::setenv("XDG_CONFIG_HOME", "/home/u/conf", 1);
+    EXPECT_EQ(PwDbHostApplicationServices().rootFolder(), u"/home/u/conf/lodeqdb");
+    ::unsetenv("XDG_CONFIG_HOME");
+    EXPECT_EQ(PwDbHostApplicationServices().rootFolder(),
+              LodeUtil::Utf16FromUtf8(std::string(home) + "/.config/lodeqdb"));
+}

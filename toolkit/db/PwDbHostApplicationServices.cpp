@@ -2,6 +2,9 @@
 #include "toolkit/db/PwDbHostApplicationServices.h"
 
 #include <atomic>
+#include <cstdlib>
+
+#include "lodeutil/Utf.h"
 
 #include "toolkit/db/PwDbDatabase.h"
 
@@ -19,6 +22,22 @@ bool isAsciiLetter(char16_t unit) {
 bool isSchemeUnit(char16_t unit) {
     return isAsciiLetter(unit) || (unit >= u'0' && unit <= u'9') || unit == u'+' || unit == u'-' ||
            unit == u'.';
+}
+
+// The folder a host that says nothing else works from: LODEQDB_ROOT when set, else the user's
+// configuration folder for LodeQDB (the XDG rule), else nothing.
+wstring defaultRootFolder() {
+    const auto variable = [](const char* name) -> std::string {
+        const char* value = std::getenv(name);
+        return value == nullptr ? std::string() : std::string(value);
+    };
+    if (std::string root = variable("LODEQDB_ROOT"); !root.empty())
+        return LodeUtil::Utf16FromUtf8(root);
+    if (std::string config = variable("XDG_CONFIG_HOME"); !config.empty())
+        return LodeUtil::Utf16FromUtf8(config + "/lodeqdb");
+    if (std::string home = variable("HOME"); !home.empty())
+        return LodeUtil::Utf16FromUtf8(home + "/.config/lodeqdb");
+    return wstring();
 }
 
 // The default instance is never deleted: databases and modules may still ask for the host's
@@ -44,7 +63,9 @@ PwDbObjectId PwDbHostLayoutService::activeLayoutBlockId(PwDbDatabase* database) 
 }
 
 PwDbHostApplicationServices::PwDbHostApplicationServices()
-    : m_ownerGuid(kLodeQdbOwnerGuid), m_creatorName(kLodeQdbCreatorName) {}
+    : m_rootFolder(defaultRootFolder()),
+      m_ownerGuid(kLodeQdbOwnerGuid),
+      m_creatorName(kLodeQdbCreatorName) {}
 
 PwDbHostApplicationServices::~PwDbHostApplicationServices() = default;
 

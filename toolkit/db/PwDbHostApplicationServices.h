@@ -54,7 +54,9 @@ class PwDbHostApplicationServices {
     /// with a letter and at least two long, followed by "://"); 0 otherwise, null included.
     virtual int isURL(const char16_t* text) const;
 
-    /// The folder the host works from; empty unless a host sets it.
+    /// The folder the host works from, where its support files lie ("Support\DgnSetups.ini"
+    /// among them). Unless a host sets it: $LODEQDB_ROOT, else $XDG_CONFIG_HOME/lodeqdb, else
+    /// $HOME/.config/lodeqdb, else empty.
     virtual wstring rootFolder() const;
     void setRootFolder(const wstring& folder) { m_rootFolder = folder; }
 
