@@ -12,6 +12,7 @@
 #include "toolkit/underlay/PwDbUnderlayDefinition.h"
 #include "toolkit/xref/PwDbXrefAuthoring.h"
 #include "toolkit/xref/PwDbXrefs.h"
+#include "tools/dgnwriter/DgnV7Writer.h"
 
 namespace {
 
@@ -153,6 +154,40 @@ TEST_F(TreeWalks, TheParentWalkReadsWhatTheRootHasntLoaded) {
     auto loaded = Open("a.plw");
     EXPECT_EQ(Names(PlotwrightParents(Path("a.plw"), *loaded, Path("leaf.plw"))),
               (std::vector<wstring>{Path("mid.plw")}));
+}
+
+TEST_F(TreeWalks, DesignFilesAreFollowedThroughTheirAttachmentsOnRequest) {
+    // site.dgn attaches survey.dgn and a drawing; survey.dgn attaches site.dgn again.
+    const auto saveDgn = [&](const std::string& name, const std::vector<std::string>& attached) {
+        DgnWriter::DgnV7Writer dgn(false);
+        dgn.addLine(1, {0, 0, 0}, {10, 10, 0});
+        for (const std::string& file : attached) {
+            DgnWriter::Attachment attachment;
+            attachment.fileName = file;
+            dgn.addAttachment(attachment);
+        }
+        ASSERT_TRUE(dgn.save(folder + "/" + name));
+    };
+    Save("b.plw", {});
+    Save("detail.plw", {u"b.plw"});
+    saveDgn("site.dgn", {"survey.dgn", "detail.plw"});
+    saveDgn("survey.dgn", {"site.dgn"});
+    auto a = PwDbAuthoring::createDrawing();
+    ASSERT_EQ(PwDbAuthoring::addUnderlayDefinition(*a, PwDbDgnDefinition::desc(), u"SITE",
+                                                   u"site.dgn", u"Default"),
+              StatusOk);
+    ASSERT_EQ(a->saveAs(Path("a.plw").c_str(), false, PwDb::PwDbPlwVersionCurrent), StatusOk);
+
+    const auto followed = PlotwrightNestedChildren(Path("a.plw"), true);
+    // A drawing named by a design file is a leaf: its own references aren't entered.
+    EXPECT_EQ(Names(followed),
+              (std::vector<wstring>{Path("site.dgn"), Path("survey.dgn"), Path("detail.plw")}));
+    ASSERT_EQ(followed.size(), 3u);
+    EXPECT_EQ(followed[0].GetType(), lode::Dgn);
+    EXPECT_EQ(followed[1].GetType(), lode::Dgn);
+    EXPECT_EQ(followed[2].GetType(), lode::Plw);
+    EXPECT_EQ(Names(PlotwrightNestedChildren(Path("a.plw"), false)),
+              std::vector<wstring>{Path("site.dgn")});
 }
 
 }  // namespace
