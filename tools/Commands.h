@@ -24,6 +24,12 @@ void AddSaveCommand(CLI::App& app);
 /// Files given relative to the working directory are asked about by their full paths.
 void AddDependencyCommands(CLI::App& app);
 
+/// `lodeqdb dgn-models FILE` (one model name a line), `lodeqdb dgn-refs FILE [--json]` (the
+/// design file's references, printed as the dependency subcommands print records),
+/// `lodeqdb dgn-convert FILE OUT [--model NAME] [--json]` (translates, saves, and reports per
+/// element type what became which entity class and what was left out).
+void AddDgnCommands(CLI::App& app);
+
 /// `lodeqdb sample DIR`: a sample project of drawings, its root's full path on the last line.
 void AddSampleCommand(CLI::App& app);
 

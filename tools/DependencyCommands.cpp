@@ -13,42 +13,13 @@
 #include "toolkit/db/PwDbDatabase.h"
 #include "tools/Commands.h"
 #include "tools/EnumNames.h"
+#include "tools/FileRecords.h"
 #include "tools/Output.h"
 
 namespace lodeqdb::cli {
 namespace {
 
 using LodeQDBService::FileData;
-
-void PrintRecords(const std::vector<FileData>& records, bool json) {
-    if (json) {
-        nlohmann::json list = nlohmann::json::array();
-        for (const FileData& record : records) {
-            list.push_back({{"name", Narrow(record.GetFullname())},
-                            {"type", static_cast<int>(record.GetType())},
-                            {"typeName", FileTypeName(record.GetType())},
-                            {"status", static_cast<int>(record.GetXrefStatus())},
-                            {"refId", record.GetRefId()}});
-        }
-        std::cout << list.dump() << '\n';
-        return;
-    }
-    for (const FileData& record : records) {
-        std::cout << FileTypeName(record.GetType()) << '\t'
-                  << XrefStatusName(record.GetXrefStatus()) << '\t' << Narrow(record.GetFullname())
-                  << '\n';
-    }
-}
-
-// The library reports names relative to the drawing asked about; the client asks with full
-// paths, so that what it prints can be used from anywhere and targets compare as printed.
-wstring FullPath(const std::string& path) {
-    return LodeUtil::AbsoluteFilePath(LodeUtil::Utf16FromUtf8(path)).FullPath();
-}
-
-void Check(int code) {
-    if (code != ExitSuccess) throw CLI::RuntimeError(code);
-}
 
 struct QueryOptions {
     std::string file;
@@ -66,8 +37,8 @@ void AddDependencyCommands(CLI::App& app) {
     childrenCommand->add_option("file", children->file, "Drawing file (.plw or .plx)")->required();
     childrenCommand->add_flag("--json", children->json, "One JSON array on stdout");
     childrenCommand->callback([children] {
-        Check(RunReportingErrors([&] {
-            PrintRecords(
+        EndWith(RunReportingErrors([&] {
+            PrintFileRecords(
                 LodeQDBService::Request::PlotwrightChildren(FullPath(children->file), nullptr),
                 children->json);
             return ExitSuccess;
@@ -81,10 +52,10 @@ void AddDependencyCommands(CLI::App& app) {
     treeCommand->add_flag("--dgn", tree->followDgn, "Follow the references of DGN files too");
     treeCommand->add_flag("--json", tree->json, "One JSON array on stdout");
     treeCommand->callback([tree] {
-        Check(RunReportingErrors([&] {
-            PrintRecords(LodeQDBService::Request::PlotwrightNestedChildren(FullPath(tree->file),
-                                                                           tree->followDgn),
-                         tree->json);
+        EndWith(RunReportingErrors([&] {
+            PrintFileRecords(LodeQDBService::Request::PlotwrightNestedChildren(FullPath(tree->file),
+                                                                               tree->followDgn),
+                             tree->json);
             return ExitSuccess;
         }));
     });
@@ -96,14 +67,14 @@ void AddDependencyCommands(CLI::App& app) {
     parentsCommand->add_option("targets", parents->targets, "Target files")->required();
     parentsCommand->add_flag("--json", parents->json, "One JSON array on stdout");
     parentsCommand->callback([parents] {
-        Check(RunReportingErrors([&] {
+        EndWith(RunReportingErrors([&] {
             const wstring rootPath = FullPath(parents->file);
             PwDbDatabase root(false, true);
             LodeQDBUtil::ReadFileToDatabase(rootPath, root, true, true);
             std::vector<wstring> targets;
             for (const std::string& target : parents->targets) targets.push_back(FullPath(target));
-            PrintRecords(LodeQDBService::Request::PlotwrightParents(rootPath, root, targets),
-                         parents->json);
+            PrintFileRecords(LodeQDBService::Request::PlotwrightParents(rootPath, root, targets),
+                             parents->json);
             return ExitSuccess;
         }));
     });

@@ -56,10 +56,6 @@ int ShowTypes(const TypeOptions& options) {
     return result;
 }
 
-void Check(int code) {
-    if (code != ExitSuccess) throw CLI::RuntimeError(code);
-}
-
 }  // namespace
 
 void AddIdentifyCommands(CLI::App& app) {
@@ -72,14 +68,14 @@ void AddIdentifyCommands(CLI::App& app) {
     typeCommand->add_flag("--database", type->database, "Tell by the drawing's content alone")
         ->excludes(header);
     typeCommand->add_flag("--json", type->json, "One JSON object a line (JSON Lines)");
-    typeCommand->callback([type] { Check(ShowTypes(*type)); });
+    typeCommand->callback([type] { EndWith(ShowTypes(*type)); });
 
     auto creatorFile = std::make_shared<std::string>();
     CLI::App* creator =
         app.add_subcommand("creator", "The name of the application that made a drawing");
     creator->add_option("file", *creatorFile, "Drawing file")->required();
     creator->callback([creatorFile] {
-        Check(RunReportingErrors([&] {
+        EndWith(RunReportingErrors([&] {
             std::cout << Narrow(
                              LodeQDBUtil::GetPlwCreatorName(LodeUtil::Utf16FromUtf8(*creatorFile)))
                       << '\n';
@@ -94,7 +90,7 @@ void AddIdentifyCommands(CLI::App& app) {
     format->add_option("file", *formatFile, "Drawing file (.plw or .plx)")->required();
     format->add_flag("--json", *formatJson, "One JSON object on stdout");
     format->callback([formatFile, formatJson] {
-        Check(RunReportingErrors([&] {
+        EndWith(RunReportingErrors([&] {
             const lode::PlotwrightFileFormat generation =
                 LodeQDBUtil::GetPlotwrightFileFormat(LodeUtil::Utf16FromUtf8(*formatFile));
             if (*formatJson) {

@@ -11,6 +11,7 @@ int main(int argc, char** argv) {
     lodeqdb::cli::AddIdentifyCommands(app);
     lodeqdb::cli::AddSaveCommand(app);
     lodeqdb::cli::AddDependencyCommands(app);
+    lodeqdb::cli::AddDgnCommands(app);
     lodeqdb::cli::AddSampleCommand(app);
     try {
         app.parse(argc, argv);

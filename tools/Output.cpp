@@ -1,9 +1,11 @@
 // Error reporting and locale choice shared by the client's subcommands.
 #include "tools/Output.h"
 
+#include <CLI/CLI.hpp>
 #include <iostream>
 #include <typeinfo>
 
+#include "lodeutil/AbsoluteFilePath.h"
 #include "lodeutil/Utf.h"
 #include "platform/LodeExceptions.h"
 #include "toolkit/pal/PwLocale.h"
@@ -62,6 +64,14 @@ bool ChooseLocale(const std::string& tag) {
     }
     linker->setProductLocale(locale);
     return true;
+}
+
+void EndWith(int code) {
+    if (code != ExitSuccess) throw CLI::RuntimeError(code);
+}
+
+wstring FullPath(const std::string& path) {
+    return LodeUtil::AbsoluteFilePath(LodeUtil::Utf16FromUtf8(path)).FullPath();
 }
 
 }  // namespace lodeqdb::cli

@@ -24,6 +24,14 @@ std::string Narrow(const wstring& text);
 /// and ExitFailure.
 int RunReportingErrors(const std::function<int()>& command);
 
+/// Ends a subcommand's callback with `code` unless it is ExitSuccess (CLI11 then exits with it).
+void EndWith(int code);
+
+/// The full path of a file named on the command line: the library reports names relative to
+/// the file asked about, so the client asks with full paths, and what it prints can be used
+/// from anywhere.
+wstring FullPath(const std::string& path);
+
 /// Makes `tag` the product locale for every text loaded after this call. False (with a
 /// message on stderr) when the tag names no known locale.
 bool ChooseLocale(const std::string& tag);

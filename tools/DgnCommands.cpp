@@ -1,0 +1,128 @@
+// `lodeqdb dgn-models`, `lodeqdb dgn-refs`, `lodeqdb dgn-convert`: DGN design files, read
+// through the DGN module.
+#include <iostream>
+#include <map>
+#include <nlohmann/json.hpp>
+#include <string>
+
+#include "lodeutil/FileUtil.h"
+#include "lodeutil/Utf.h"
+#include "platform/LodeExceptions.h"
+#include "readsave/DgnTranslation.h"
+#include "readsave/Saving.h"
+#include "service/DgnChildren.h"
+#include "toolkit/db/PwDbDatabase.h"
+#include "tools/Commands.h"
+#include "tools/FileRecords.h"
+#include "tools/Output.h"
+
+namespace lodeqdb::cli {
+namespace {
+
+struct DgnOptions {
+    std::string file;
+    std::string output;
+    std::string model;
+    bool json = false;
+};
+
+void PrintReport(const std::vector<LodeQDBUtil::DgnConvertRow>& report, const wstring& output,
+                 bool json) {
+    if (json) {
+        // Element type → count, for what was translated and what was left out.
+        std::map<std::string, uint64_t> translated;
+        std::map<std::string, uint64_t> skipped;
+        nlohmann::json classes = nlohmann::json::array();
+        for (const auto& row : report) {
+            const std::string type = std::to_string(row.elementType);
+            if (row.className.empty()) {
+                skipped[type] += row.count;
+                continue;
+            }
+            translated[type] += row.count;
+            classes.push_back({{"elementType", row.elementType},
+                               {"className", Narrow(row.className)},
+                               {"count", row.count}});
+        }
+        std::cout << nlohmann::json{{"output", Narrow(output)},
+                                    {"translated", translated},
+                                    {"skipped", skipped},
+                                    {"classes", classes}}
+                         .dump()
+                  << '\n';
+        return;
+    }
+    for (const auto& row : report) {
+        if (row.className.empty()) {
+            std::cout << "element type " << row.elementType << "\tskipped\t" << row.count << '\n';
+        } else {
+            std::cout << "element type " << row.elementType << '\t' << Narrow(row.className) << '\t'
+                      << row.count << '\n';
+        }
+    }
+    std::cout << "written " << Narrow(output) << '\n';
+}
+
+int Convert(const DgnOptions& options) {
+    const wstring output = FullPath(options.output);
+    const wstring extension = LodeUtil::FileUtil::GetFileExtension(output);
+    if (!LodeUtil::FileUtil::IsPLWFile(extension) && !LodeUtil::FileUtil::IsPLXFile(extension)) {
+        std::cerr << "lodeqdb dgn-convert: OUT must end in .plw or .plx\n";
+        return ExitUsage;
+    }
+    PwDbDatabase drawing(false, true);
+    std::vector<LodeQDBUtil::DgnConvertRow> report;
+    LodeQDBUtil::ReadDGNToPlwDatabase(FullPath(options.file),
+                                      LodeUtil::Utf16FromUtf8(options.model), drawing, report);
+    const Plotwright::ErrorStatus status = LodeUtil::FileUtil::IsPLXFile(extension)
+                                               ? LodeQDBUtil::DbSaveAsforPLX(drawing, output)
+                                               : LodeQDBUtil::DbSaveAsforLODEHOST(drawing, output);
+    if (status != Plotwright::StatusOk) throw lode::PlotwrightException(status);
+    PrintReport(report, output, options.json);
+    return ExitSuccess;
+}
+
+}  // namespace
+
+void AddDgnCommands(CLI::App& app) {
+    auto models = std::make_shared<DgnOptions>();
+    CLI::App* modelsCommand =
+        app.add_subcommand("dgn-models", "The models of a DGN design file, one name a line");
+    modelsCommand->add_option("file", models->file, "DGN design file")->required();
+    modelsCommand->callback([models] {
+        EndWith(RunReportingErrors([&] {
+            for (const wstring& name :
+                 LodeQDBUtil::GetModelViewNamesFromDGN(FullPath(models->file)))
+                std::cout << Narrow(name) << '\n';
+            return ExitSuccess;
+        }));
+    });
+
+    auto refs = std::make_shared<DgnOptions>();
+    CLI::App* refsCommand =
+        app.add_subcommand("dgn-refs", "The files a DGN design file refers to (its attachments)");
+    refsCommand->add_option("file", refs->file, "DGN design file")->required();
+    refsCommand->add_flag("--json", refs->json, "One JSON array on stdout");
+    refsCommand->callback([refs] {
+        EndWith(RunReportingErrors([&] {
+            PrintFileRecords(LodeQDBService::Request::DGNChildren(FullPath(refs->file)),
+                             refs->json);
+            return ExitSuccess;
+        }));
+    });
+
+    auto convert = std::make_shared<DgnOptions>();
+    CLI::App* convertCommand = app.add_subcommand(
+        "dgn-convert", "Translates a model of a DGN design file into a drawing and saves it");
+    convertCommand->add_option("file", convert->file, "DGN design file")->required();
+    convertCommand->add_option("out", convert->output, "Drawing to write (.plw or .plx)")
+        ->required();
+    convertCommand->add_option("--model", convert->model,
+                               "The model to translate, by its exact name (default: the first)");
+    convertCommand->add_flag("--json", convert->json,
+                             "One JSON object: \"translated\" and \"skipped\" by element type");
+    convertCommand->callback(
+        [convert] { EndWith(RunReportingErrors([&] { return Convert(*convert); })); });
+}
+
+}  // namespace lodeqdb::cli
