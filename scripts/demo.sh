@@ -10,10 +10,15 @@ cmake --build --preset release
 
 client=build/release/bin/lodeqdb
 root=$("$client" sample build/sample-project | tail -n 1)
-echo "== what $root depends on, at every depth"
-"$client" tree "$root"
+echo "== what $root depends on, at every depth, following DGN design files"
+"$client" tree --dgn "$root"
 echo "== who refers to the shared title block"
 "$client" parents "$root" build/sample-project/blocks/title.plw
 echo "== the kind of application that made it, and its format generation"
 "$client" type "$root"
 "$client" format "$root"
+echo "== the sample's DGN design file: its models, its references, translated into a drawing"
+"$client" dgn-models build/sample-project/survey/site.dgn
+"$client" dgn-refs build/sample-project/survey/site.dgn
+LODEQDB_ROOT="$PWD/build/sample-project/host" \
+    "$client" dgn-convert build/sample-project/survey/site.dgn build/sample-project/survey/site.plw

@@ -8,8 +8,12 @@
 //   site.plw also refers to a drawing that isn't there, missing/old.plw
 //   images/photo.png       a real PNG, placed in site.plw
 //   docs/plan.pdf          a small valid PDF, an underlay of site.plw
+//   survey/site.dgn        a DGN V7 design file, an underlay of site.plw, which attaches
+//   survey/terrain.dgn     another design file
 //   site.plx               the root again, as an exchange file beside it
 #include "tools/SampleProject.h"
+
+#include "tools/SampleDesignFiles.h"
 
 #include <zlib.h>
 
@@ -119,12 +123,13 @@ struct Drawing {
 }  // namespace
 
 std::string WriteSampleProject(const std::string& folder) {
-    for (const char* sub : {"blocks", "floors/furniture", "loop", "images", "docs"}) {
+    for (const char* sub : {"blocks", "floors/furniture", "loop", "images", "docs", "survey"}) {
         if (!LodeUtil::Directory::CreateDirectory(LodeUtil::Utf16FromUtf8(folder + "/" + sub)))
             throw std::runtime_error("can't make " + folder + "/" + sub);
     }
     WriteBytes(folder + "/images/photo.png", Png());
     WriteBytes(folder + "/docs/plan.pdf", Pdf());
+    WriteSampleDesignFiles(folder + "/survey");
 
     Drawing().Line(10).Save(folder + "/floors/furniture/chairs.plw");
     Drawing()
@@ -163,6 +168,12 @@ std::string WriteSampleProject(const std::string& folder) {
                                                u"docs\\plan.pdf", u"1", &plan),
           "an underlay");
     Check(PwDbAuthoring::addUnderlayReference(db, db.modelSpaceId(), plan, {0, 0, 0}),
+          "an underlay");
+    PwDbObjectId survey;
+    Check(PwDbAuthoring::addUnderlayDefinition(db, PwDbDgnDefinition::desc(), u"SURVEY",
+                                               u"survey\\site.dgn", u"Default", &survey),
+          "an underlay");
+    Check(PwDbAuthoring::addUnderlayReference(db, db.modelSpaceId(), survey, {0, 0, 0}),
           "an underlay");
     const std::string root = folder + "/site.plw";
     site.Save(root);

@@ -1,6 +1,8 @@
 // `lodeqdb sample` writes a project on which the dependency subcommands show the main job.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include <map>
 #include <nlohmann/json.hpp>
 
@@ -39,7 +41,23 @@ TEST_F(SampleCommand, TheSampleTreeHasEveryKindOfDependency) {
     EXPECT_EQ(statuses.at(project + "/missing/old.plw"), 4);
     EXPECT_EQ(kinds.at(project + "/images/photo.png"), "Image");
     EXPECT_EQ(kinds.at(project + "/docs/plan.pdf"), "Pdf");
-    EXPECT_EQ(statuses.size(), 9u);
+    EXPECT_EQ(kinds.at(project + "/survey/site.dgn"), "Dgn");
+    EXPECT_EQ(statuses.size(), 10u);
+
+    // Following design files, the one the sample's design file attaches comes right after it.
+    result = RunCli({"tree", root, "--dgn"}, folder);
+    ASSERT_EQ(result.exitCode, 0) << result.err;
+    const std::vector<std::string> lines = Lines(result.out);
+    ASSERT_EQ(lines.size(), 11u);
+    const auto site =
+        std::find(lines.begin(), lines.end(), "Dgn\tNotAnXref\t" + project + "/survey/site.dgn");
+    ASSERT_NE(site, lines.end());
+    ASSERT_NE(site + 1, lines.end());
+    EXPECT_EQ(*(site + 1), "Dgn\tNotAnXref\t" + project + "/survey/terrain.dgn");
+    // And the design file itself can be asked.
+    result = RunCli({"dgn-refs", project + "/survey/site.dgn"}, folder);
+    EXPECT_EQ(Lines(result.out),
+              std::vector<std::string>{"Dgn\tNotAnXref\t" + project + "/survey/terrain.dgn"});
 
     // The exchange copy beside the root has the same children.
     const auto native = RunCli({"children", root}, folder).out;
