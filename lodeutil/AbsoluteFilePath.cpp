@@ -135,7 +135,47 @@ AbsoluteFilePath::AbsoluteFilePath(const wstring& path) {
 
 AbsoluteFilePath::~AbsoluteFilePath() = default;
 
+namespace {
+
+// The text after the last separator of `path`, when normalising can't change it: not empty, not
+// "." or "..", and no drive ("C:"). Normalising keeps such a last component as it is.
+std::optional<std::u16string_view> StableLastComponent(std::u16string_view path) {
+    std::size_t start = path.size();
+    while (start > 0 && !IsSeparator(path[start - 1])) --start;
+    const std::u16string_view last = path.substr(start);
+    if (last.empty() || last == u"." || last == u".." || last.find(u':') != last.npos)
+        return std::nullopt;
+    return last;
+}
+
+char16_t AsciiLower(char16_t unit) {
+    return unit >= u'A' && unit <= u'Z' ? static_cast<char16_t>(unit - u'A' + u'a') : unit;
+}
+
+// True when `a` and `b` surely differ after case folding: both ASCII, and different ignoring
+// ASCII case. Text with other units is left to the full comparison.
+bool SurelyDifferentIgnoringCase(std::u16string_view a, std::u16string_view b) {
+    for (char16_t unit : a)
+        if (unit > 0x7F) return false;
+    for (char16_t unit : b)
+        if (unit > 0x7F) return false;
+    if (a.size() != b.size()) return true;
+    for (std::size_t i = 0; i < a.size(); ++i)
+        if (AsciiLower(a[i]) != AsciiLower(b[i])) return true;
+    return false;
+}
+
+}  // namespace
+
 bool AbsoluteFilePath::operator==(const wstring& other) const {
+    // Normalising `other` costs allocations; a last component that can't match settles most
+    // comparisons of one path with many (a search through a reference graph) without it.
+    const auto mine = StableLastComponent(fullPath_);
+    const auto theirs = StableLastComponent(other);
+    if (mine && theirs) {
+        if (!windowsForm_ && *mine != *theirs) return false;
+        if (windowsForm_ && SurelyDifferentIgnoringCase(*mine, *theirs)) return false;
+    }
     return *this == AbsoluteFilePath(other);
 }
 

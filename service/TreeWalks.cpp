@@ -17,16 +17,19 @@ namespace {
 // The names a walk has met, in plain code-unit order.
 using VisitedNames = std::set<wstring>;
 
-bool SameFileName(const wstring& a, const wstring& b) {
-    return LodeUtil::Order(a, b, LodeUtil::StringOrder::CodeUnit, LodeUtil::StringCase::Ignore) ==
-           0;
+// The parent walk's equality of file names: LodeUtil::Order in code-unit order, ignoring case,
+// is 0 exactly when the case-folded names are equal, so names are folded once and compared as
+// they are.
+wstring ComparableName(const wstring& name) {
+    return LodeUtil::FoldCase(name);
 }
 
-bool AnyIsTarget(const std::vector<FileData>& children, const std::vector<wstring>& targets) {
+// Folded names, for the parent walk.
+using FoldedNames = std::set<wstring>;
+
+bool AnyIsTarget(const std::vector<FileData>& children, const FoldedNames& targets) {
     for (const FileData& child : children) {
-        const wstring name = child.GetFullname();
-        for (const wstring& target : targets)
-            if (SameFileName(name, target)) return true;
+        if (targets.count(ComparableName(child.GetFullname())) != 0) return true;
     }
     return false;
 }
@@ -78,14 +81,15 @@ class NestedCollector {
 
 class ParentCollector {
   public:
-    ParentCollector(const wstring& path, const std::vector<wstring>& targets)
-        : path_(path), targets_(targets) {}
+    ParentCollector(const wstring& path, const std::vector<wstring>& targets) : path_(path) {
+        for (const wstring& target : targets) targets_.insert(ComparableName(target));
+    }
 
     std::vector<FileData> Walk(PwDbDatabase& root) {
         try {
-            VisitedNames visited;
+            FoldedNames visited;
             const std::vector<FileData> children = PlotwrightChildren(root, nullptr);
-            visited.insert(path_);
+            visited.insert(ComparableName(path_));
             if (AnyIsTarget(children, targets_)) {
                 FileData self(path_);
                 self.SetType(lode::Plw);
@@ -100,12 +104,10 @@ class ParentCollector {
     }
 
   private:
-    void VisitChild(VisitedNames& visited, PwDbDatabase* database, const FileData& record,
+    void VisitChild(FoldedNames& visited, PwDbDatabase* database, const FileData& record,
                     bool fromFile) {
         const wstring name = record.GetFullname();
-        for (const wstring& seen : visited)
-            if (SameFileName(name, seen)) return;
-        visited.insert(name);
+        if (!visited.insert(ComparableName(name)).second) return;
         std::vector<FileData> children;
         bool childrenFromFile = false;
         if (record.GetType() == lode::Plw && record.GetXrefStatus() == PwDb::XrefResolved) {
@@ -134,7 +136,7 @@ class ParentCollector {
 
     std::vector<FileData> parents_;
     wstring path_;
-    std::vector<wstring> targets_;
+    FoldedNames targets_;
     bool followDgn_ = true;
 };
 

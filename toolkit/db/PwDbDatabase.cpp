@@ -1,6 +1,8 @@
 // The database as an object store: handles, records, adding objects, destruction.
 #include "toolkit/db/PwDbDatabase.h"
 
+#include <atomic>
+
 #include <unordered_set>
 
 #include "toolkit/db/PwDbEntity.h"
@@ -28,7 +30,24 @@ PwDbDatabase::PwDbDatabase(bool makeWorkingDatabase, bool noDocument)
 PwDbDatabase::PwDbDatabase(EmptyTag)
     : m_transactions(std::make_unique<PwDbTransactionManager>(this)) {}
 
+namespace {
+
+std::atomic<uint64_t> g_changeEpoch{1};
+
+}  // namespace
+
+uint64_t pwdbChangeEpoch() {
+    return g_changeEpoch.load(std::memory_order_acquire);
+}
+
+void PwDbDatabase::noteChange() {
+    ++m_changeCount;
+    g_changeEpoch.fetch_add(1, std::memory_order_acq_rel);
+}
+
 PwDbDatabase::~PwDbDatabase() {
+    // Pointers to this drawing kept in caches must not match a drawing made later here.
+    g_changeEpoch.fetch_add(1, std::memory_order_acq_rel);
     // Transactions still running end first: they hold objects about to be deleted.
     m_transactions.reset();
     PwDbHostApplicationServices* services = pwdbHostApplicationServices();
@@ -100,6 +119,7 @@ Plotwright::ErrorStatus PwDbDatabase::getFilename(const char16_t*& name) const {
 void PwDbDatabase::setFilename(const wstring& path) {
     m_filename = path;
     m_hasFilename = true;
+    noteChange();
 }
 
 PwDbTransactionManager* PwDbDatabase::transactionManager() const {

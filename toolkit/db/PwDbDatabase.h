@@ -34,6 +34,11 @@ class PwDbDictionary;
 class PwDbTransactionManager;
 struct PwDbDrawingImage;
 struct PwDbPreviewImage;
+struct PwDbXrefGraphStore;
+
+/// A number that changes whenever any drawing of the process changes, is made or is destroyed:
+/// caches that span several drawings (the reference graph of a host) are sound while it stays.
+uint64_t pwdbChangeEpoch();
 
 class PwDbDatabase {
   public:
@@ -178,7 +183,15 @@ class PwDbDatabase {
     /// Counts every change to the drawing: additions, erasures and write enables. Caches over
     /// the drawing compare it to know when to recompute.
     uint64_t changeCount() const { return m_changeCount; }
-    void noteChange() { ++m_changeCount; }
+    /// Counts a change of this drawing, and one of the process's drawings (pwdbChangeEpoch).
+    void noteChange();
+
+    /// The reference graphs last built with this drawing as host (with and without the
+    /// references that aren't resolved), kept for the toolkit's graph calls while no drawing
+    /// of the process changes.
+    std::shared_ptr<const PwDbXrefGraphStore>& cachedXrefGraph(bool includeUnresolved) const {
+        return m_xrefGraphs[includeUnresolved ? 1 : 0];
+    }
 
   private:
     struct EmptyTag {};
@@ -198,6 +211,7 @@ class PwDbDatabase {
     PwDbHandle m_nextHandle = 1;
     size_t m_objectCount = 0;
     uint64_t m_changeCount = 0;
+    mutable std::shared_ptr<const PwDbXrefGraphStore> m_xrefGraphs[2];
 
     PwDbObjectId m_blockTable;
     PwDbObjectId m_layerTable;

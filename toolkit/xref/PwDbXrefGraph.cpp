@@ -25,24 +25,28 @@ PwDbXrefGraphNode* PwDbXrefGraphNode::in(int index) const {
 }
 
 void PwDbXrefGraphNode::addOut(PwDbXrefGraphNode* node) {
-    if (node == nullptr || std::find(m_out.begin(), m_out.end(), node) != m_out.end()) return;
+    if (node == nullptr || m_shared || node->m_shared ||
+        std::find(m_out.begin(), m_out.end(), node) != m_out.end())
+        return;
     m_out.push_back(node);
     node->m_in.push_back(this);
 }
 
-PwDbXrefGraph::PwDbXrefGraph(PwDbXrefGraphNode* hostNode) {
+PwDbXrefGraph::PwDbXrefGraph(PwDbXrefGraphNode* hostNode)
+    : m_store(std::make_shared<PwDbXrefGraphStore>()) {
     if (hostNode != nullptr) addNode(hostNode);
 }
 
 PwDbXrefGraph::~PwDbXrefGraph() = default;
 
 PwDbXrefGraphNode* PwDbXrefGraph::xrefNode(int index) const {
-    return index >= 0 && index < numNodes() ? m_nodes[static_cast<size_t>(index)].get() : nullptr;
+    const auto& nodes = m_store->nodes;
+    return index >= 0 && index < numNodes() ? nodes[static_cast<size_t>(index)].get() : nullptr;
 }
 
 PwDbXrefGraphNode* PwDbXrefGraph::xrefNode(const PwDbDatabase* database) const {
     if (database == nullptr) return nullptr;
-    for (const auto& node : m_nodes) {
+    for (const auto& node : m_store->nodes) {
         if (node->database() == database) return node.get();
     }
     return nullptr;
@@ -50,30 +54,64 @@ PwDbXrefGraphNode* PwDbXrefGraph::xrefNode(const PwDbDatabase* database) const {
 
 PwDbXrefGraphNode* PwDbXrefGraph::xrefNode(PwDbObjectId blockId) const {
     if (blockId.isNull()) return nullptr;
-    const auto found = m_byBlock.find(blockId);
-    return found != m_byBlock.end() ? found->second : nullptr;
+    const auto found = m_store->byBlock.find(blockId);
+    return found != m_store->byBlock.end() ? found->second : nullptr;
 }
 
 PwDbXrefGraphNode* PwDbXrefGraph::addNode(PwDbXrefGraphNode* node) {
     if (node == nullptr) return nullptr;
-    m_nodes.emplace_back(node);
-    if (!node->btrId().isNull()) m_byBlock.emplace(node->btrId(), node);
+    detach();
+    m_store->nodes.emplace_back(node);
+    if (!node->btrId().isNull()) m_store->byBlock.emplace(node->btrId(), node);
     return node;
 }
 
 void PwDbXrefGraph::reset() {
-    m_nodes.clear();
-    m_byBlock.clear();
+    m_store = std::make_shared<PwDbXrefGraphStore>();
+}
+
+void PwDbXrefGraph::detach() {
+    if (!m_store->frozen) return;
+    auto own = std::make_shared<PwDbXrefGraphStore>();
+    std::unordered_map<const PwDbXrefGraphNode*, PwDbXrefGraphNode*> copies;
+    for (const auto& node : m_store->nodes) {
+        auto* copy =
+            new PwDbXrefGraphNode(node->m_database, node->m_blockId, node->m_name, node->m_status);
+        copy->m_markedUnresolved = node->m_markedUnresolved;
+        own->nodes.emplace_back(copy);
+        if (!copy->btrId().isNull()) own->byBlock.emplace(copy->btrId(), copy);
+        copies.emplace(node.get(), copy);
+    }
+    for (const auto& node : m_store->nodes) {
+        PwDbXrefGraphNode* copy = copies.at(node.get());
+        for (const PwDbXrefGraphNode* out : node->m_out) copy->m_out.push_back(copies.at(out));
+        for (const PwDbXrefGraphNode* in : node->m_in) copy->m_in.push_back(copies.at(in));
+    }
+    m_store = std::move(own);
+}
+
+void PwDbXrefGraph::share(const std::shared_ptr<const PwDbXrefGraphStore>& store) {
+    // Frozen stores are never changed: every change detaches first.
+    m_store = std::const_pointer_cast<PwDbXrefGraphStore>(store);
+}
+
+std::shared_ptr<const PwDbXrefGraphStore> PwDbXrefGraph::freeze(uint64_t epoch) {
+    m_store->epoch = epoch;
+    m_store->frozen = true;
+    for (const auto& node : m_store->nodes) node->m_shared = true;
+    return m_store;
 }
 
 Plotwright::ErrorStatus PwDbXrefGraph::markUnresolvedTrees() {
-    for (const auto& node : m_nodes)
+    detach();
+    const auto& nodes = m_store->nodes;
+    for (const auto& node : nodes)
         node->m_markedUnresolved = !node->isHost() && node->xrefStatus() != PwDb::XrefResolved;
     // A node shared by several ways may come before some of its incoming nodes, so marks
     // spread until they settle; without cycles that takes at most one pass per level.
     for (bool changed = true; changed;) {
         changed = false;
-        for (const auto& node : m_nodes) {
+        for (const auto& node : nodes) {
             if (node->m_markedUnresolved || node->m_in.empty()) continue;
             if (std::all_of(node->m_in.begin(), node->m_in.end(),
                             [](const PwDbXrefGraphNode* in) { return in->m_markedUnresolved; })) {
@@ -134,8 +172,16 @@ Plotwright::ErrorStatus pwdbGetHostPlwXrefGraph(PwDbDatabase* database, PwDbXref
                                                 bool includeUnresolved) {
     graph.reset();
     if (database == nullptr) return Plotwright::StatusNullDatabase;
+    std::shared_ptr<const PwDbXrefGraphStore>& cached =
+        database->cachedXrefGraph(includeUnresolved);
+    const uint64_t epoch = pwdbChangeEpoch();
+    if (cached != nullptr && cached->epoch == epoch) {
+        graph.share(cached);
+        return Plotwright::StatusOk;
+    }
     auto* host = graph.addNode(new PwDbXrefGraphNode(
         database, PwDbObjectId(), pwdbDatabasePath(database), PwDb::XrefNotAnXref));
     GraphBuilder(graph, includeUnresolved).expand(host, database);
+    cached = graph.freeze(epoch);
     return Plotwright::StatusOk;
 }

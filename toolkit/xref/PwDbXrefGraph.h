@@ -15,6 +15,12 @@
 // its own reference blocks hang below each node that loaded it. Only a node with a loaded
 // database has outgoing nodes, and resolution never loads a reference back up its own way, so
 // there is no cycle below the host. Nodes are numbered from 0, the host, in depth-first order.
+//
+// Building a host's graph visits every drawing below it, so the toolkit keeps the last graph of
+// each host and hands it out again while no drawing of the process has changed
+// (pwdbChangeEpoch). Graphs made that way share their nodes until one of them is changed
+// through the graph (addNode, reset, markUnresolvedTrees, detach), which gives it nodes of its
+// own; addOut on a node that is still shared does nothing.
 #pragma once
 
 #include <memory>
@@ -53,7 +59,8 @@ class PwDbXrefGraphNode {
     PwDbXrefGraphNode* out(int index) const;
     int numIn() const { return static_cast<int>(m_in.size()); }
     PwDbXrefGraphNode* in(int index) const;
-    /// Adds an edge from this node to `node`, once.
+    /// Adds an edge from this node to `node`, once; nothing while the node is shared (see
+    /// PwDbXrefGraph::detach).
     void addOut(PwDbXrefGraphNode* node);
 
     /// True when markUnresolvedTrees found the node unresolved or hanging only from
@@ -69,6 +76,16 @@ class PwDbXrefGraphNode {
     std::vector<PwDbXrefGraphNode*> m_out;
     std::vector<PwDbXrefGraphNode*> m_in;
     bool m_markedUnresolved = false;
+    bool m_shared = false;
+};
+
+/// The nodes of a graph; once frozen, shared by graphs and the toolkit's cache and never
+/// changed again. `epoch` is the pwdbChangeEpoch they were built at.
+struct PwDbXrefGraphStore {
+    std::vector<std::unique_ptr<PwDbXrefGraphNode>> nodes;
+    std::unordered_map<PwDbObjectId, PwDbXrefGraphNode*> byBlock;
+    uint64_t epoch = 0;
+    bool frozen = false;
 };
 
 class PwDbXrefGraph {
@@ -79,8 +96,8 @@ class PwDbXrefGraph {
     PwDbXrefGraph(const PwDbXrefGraph&) = delete;
     PwDbXrefGraph& operator=(const PwDbXrefGraph&) = delete;
 
-    int numNodes() const { return static_cast<int>(m_nodes.size()); }
-    bool isEmpty() const { return m_nodes.empty(); }
+    int numNodes() const { return static_cast<int>(m_store->nodes.size()); }
+    bool isEmpty() const { return m_store->nodes.empty(); }
     /// The node numbered `index`; null out of range.
     PwDbXrefGraphNode* xrefNode(int index) const;
     /// The first node whose database is `database`; null when there is none.
@@ -100,9 +117,18 @@ class PwDbXrefGraph {
     /// the other nodes' marks. Always StatusOk.
     Plotwright::ErrorStatus markUnresolvedTrees();
 
+    /// Gives the graph nodes of its own when it shares them with the toolkit's cache, so that
+    /// they can be changed (addOut). Node pointers taken before are then no longer the graph's.
+    void detach();
+
   private:
-    std::vector<std::unique_ptr<PwDbXrefGraphNode>> m_nodes;
-    std::unordered_map<PwDbObjectId, PwDbXrefGraphNode*> m_byBlock;
+    friend Plotwright::ErrorStatus pwdbGetHostPlwXrefGraph(PwDbDatabase*, PwDbXrefGraph&, bool);
+    /// Shares `store`'s nodes, which nobody changes.
+    void share(const std::shared_ptr<const PwDbXrefGraphStore>& store);
+    /// Freezes the graph's nodes and gives them out for sharing.
+    std::shared_ptr<const PwDbXrefGraphStore> freeze(uint64_t epoch);
+
+    std::shared_ptr<PwDbXrefGraphStore> m_store;
 };
 
 /// Fills `graph` (emptied first) with `database`'s node and the nodes of every reference

@@ -75,6 +75,7 @@ void PwDbXrefResolver::setResolution(PwDbBlockTableRecord& block, PwDbDatabase* 
                                      PwDb::XrefStatus status) {
     block.m_xrefDatabase = loaded;
     block.m_resolution = status;
+    if (PwDbDatabase* holder = block.database()) holder->noteChange();
 }
 
 void PwDbXrefResolver::resolveTree(PwDbDatabase& database, bool rereadResolved) {
