@@ -8,8 +8,11 @@
 #include <set>
 
 #include "XrefTestSupport.h"
+#include "toolkit/core/PwArray.h"
 #include "toolkit/db/PwDbBlockTable.h"
 #include "toolkit/db/PwDbDatabase.h"
+#include "toolkit/db/PwDbObjectPointer.h"
+#include "toolkit/xref/PwDbXrefs.h"
 
 namespace {
 
@@ -216,6 +219,95 @@ TEST_F(XrefGraph, MarksSpreadToNodesThatHangOnlyFromMarkedOnes) {
     EXPECT_FALSE(shared->isMarkedUnresolved());
     EXPECT_FALSE(graph.hostPlw()->isMarkedUnresolved());
     EXPECT_EQ(graph.xrefNode(blockB), below);
+}
+
+// The graph kept between calls.
+
+TEST_F(XrefGraph, AnUnchangedHostGivesTheSameNodesAgain) {
+    WriteDrawing("c.plw", {}, u"C");
+    WriteDrawing("b.plw", {{u"C", u"c.plw"}});
+    WriteDrawing("a.plw", {{u"B", u"b.plw"}});
+    auto a = OpenResolved("a.plw");
+    PwDbXrefGraph first;
+    PwDbXrefGraph second;
+    ASSERT_EQ(pwdbGetHostPlwXrefGraph(a.get(), first, true), StatusOk);
+    ASSERT_EQ(pwdbGetHostPlwXrefGraph(a.get(), second, true), StatusOk);
+    EXPECT_EQ(first.xrefNode(2), second.xrefNode(2)) << "shared, not built again";
+    // The graph without unresolved references is a graph of its own.
+    PwDbXrefGraph resolvedOnly;
+    ASSERT_EQ(pwdbGetHostPlwXrefGraph(a.get(), resolvedOnly, false), StatusOk);
+    EXPECT_NE(resolvedOnly.xrefNode(2), first.xrefNode(2));
+    EXPECT_EQ(resolvedOnly.numNodes(), 3);
+}
+
+TEST_F(XrefGraph, AChangeOfAnyDrawingBelowMakesANewGraph) {
+    WriteDrawing("c.plw", {}, u"C");
+    WriteDrawing("b.plw", {{u"C", u"c.plw"}});
+    WriteDrawing("a.plw", {{u"B", u"b.plw"}});
+    auto a = OpenResolved("a.plw");
+    PwDbXrefGraph before;
+    ASSERT_EQ(pwdbGetHostPlwXrefGraph(a.get(), before, false), StatusOk);
+    ASSERT_EQ(before.numNodes(), 3);
+    // Renaming C's reference block, which lives in B, one level down.
+    const PwDbObjectId blockOfC = before.xrefNode(2)->btrId();
+    {
+        PwDbObjectPointer<PwDbBlockTableRecord> block(blockOfC, PwDb::OpenForWrite);
+        ASSERT_EQ(block.openStatus(), StatusOk);
+        ASSERT_EQ(block->setName(u"CONTOURS"), StatusOk);
+    }
+    PwDbXrefGraph after;
+    ASSERT_EQ(pwdbGetHostPlwXrefGraph(a.get(), after, false), StatusOk);
+    ASSERT_EQ(after.numNodes(), 3);
+    EXPECT_EQ(after.xrefNode(blockOfC)->name(), u"CONTOURS");
+    // The graph taken before keeps what it showed then.
+    EXPECT_EQ(before.xrefNode(2)->name(), u"C");
+}
+
+TEST_F(XrefGraph, MarkingOneGraphLeavesTheOthersAlone) {
+    WriteDrawing("a.plw", {{u"GONE", u"gone.plw"}});
+    auto a = OpenResolved("a.plw");
+    PwDbXrefGraph marked;
+    PwDbXrefGraph plain;
+    ASSERT_EQ(pwdbGetHostPlwXrefGraph(a.get(), marked, true), StatusOk);
+    ASSERT_EQ(pwdbGetHostPlwXrefGraph(a.get(), plain, true), StatusOk);
+    ASSERT_EQ(marked.markUnresolvedTrees(), StatusOk);
+    EXPECT_TRUE(marked.xrefNode(1)->isMarkedUnresolved());
+    EXPECT_FALSE(plain.xrefNode(1)->isMarkedUnresolved());
+    PwDbXrefGraph later;
+    ASSERT_EQ(pwdbGetHostPlwXrefGraph(a.get(), later, true), StatusOk);
+    EXPECT_FALSE(later.xrefNode(1)->isMarkedUnresolved());
+}
+
+TEST_F(XrefGraph, NodesAreEditedOnlyAfterTheGraphDetaches) {
+    WriteDrawing("b.plw", {}, u"B");
+    WriteDrawing("a.plw", {{u"B", u"b.plw"}});
+    auto a = OpenResolved("a.plw");
+    PwDbXrefGraph graph;
+    ASSERT_EQ(pwdbGetHostPlwXrefGraph(a.get(), graph, true), StatusOk);
+    PwDbXrefGraph other;
+    ASSERT_EQ(pwdbGetHostPlwXrefGraph(a.get(), other, true), StatusOk);
+    // Shared nodes refuse new edges, so the other graph and the kept one can't change.
+    graph.xrefNode(1)->addOut(graph.xrefNode(0));
+    EXPECT_EQ(other.xrefNode(1)->numOut(), 0);
+    graph.detach();
+    EXPECT_NE(graph.xrefNode(1), other.xrefNode(1));
+    graph.xrefNode(1)->addOut(graph.xrefNode(0));
+    EXPECT_EQ(graph.xrefNode(1)->numOut(), 1);
+    EXPECT_EQ(other.xrefNode(1)->numOut(), 0);
+    EXPECT_EQ(graph.xrefNode(1)->name(), u"B");
+    EXPECT_EQ(graph.xrefNode(graph.xrefNode(1)->btrId()), graph.xrefNode(1));
+}
+
+TEST_F(XrefGraph, TheEpochMovesWithEveryChangeAndEveryDrawingDestroyed) {
+    const uint64_t start = pwdbChangeEpoch();
+    auto drawing = std::make_unique<PwDbDatabase>(false, true);
+    const uint64_t made = pwdbChangeEpoch();
+    EXPECT_GT(made, start);
+    drawing->noteChange();
+    EXPECT_GT(pwdbChangeEpoch(), made);
+    const uint64_t beforeDestruction = pwdbChangeEpoch();
+    drawing.reset();
+    EXPECT_GT(pwdbChangeEpoch(), beforeDestruction);
 }
 
 }  // namespace
