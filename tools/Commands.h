@@ -30,6 +30,12 @@ void AddDependencyCommands(CLI::App& app);
 /// element type what became which entity class and what was left out).
 void AddDgnCommands(CLI::App& app);
 
+/// `lodeqdb layers FILE [--json]`, `lodeqdb layouts FILE [--sort] [--paper-only]
+/// [--collection model|paper|all] [--json]`, `lodeqdb plotsettings FILE [--collection ...]
+/// [--json]`: a drawing's layers, layouts and named plot settings, one a line, or one JSON
+/// array of objects.
+void AddContentsCommands(CLI::App& app);
+
 /// `lodeqdb sample DIR`: a sample project of drawings, its root's full path on the last line.
 void AddSampleCommand(CLI::App& app);
 

@@ -12,6 +12,7 @@ int main(int argc, char** argv) {
     lodeqdb::cli::AddSaveCommand(app);
     lodeqdb::cli::AddDependencyCommands(app);
     lodeqdb::cli::AddDgnCommands(app);
+    lodeqdb::cli::AddContentsCommands(app);
     lodeqdb::cli::AddSampleCommand(app);
     try {
         app.parse(argc, argv);

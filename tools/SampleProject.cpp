@@ -1,5 +1,6 @@
 // The sample project:
-//   site.plw               the root: references, a photo, a PDF plan, layers and layouts
+//   site.plw               the root: references, a photo, a PDF plan, layers with different
+//                          flags, paper layouts with and without paper, named plot settings
 //   blocks/title.plw       referred to by site.plw and by floors/ground.plw (shared)
 //   floors/ground.plw      refers to ../blocks/title.plw (written with '\') and upper.plw
 //   floors/upper.plw       refers to furniture/chairs.plw (written with '/')
@@ -152,14 +153,28 @@ std::string WriteSampleProject(const std::string& folder) {
         .Reference(u"LOOP", u"loop/a.plw")
         .Reference(u"OLD", u"missing/old.plw");
     PwDbDatabase& db = *site.database;
+    // Layers with different flags: Walls is in use (a line lies on it), the others are not.
     PwDbAuthoring::LayerOptions frozen;
     frozen.frozen = true;
     frozen.description = u"Hidden furniture";
-    Check(PwDbAuthoring::addLayer(db, u"Walls"), "a layer");
+    PwDbAuthoring::LayerOptions lockedOff;
+    lockedOff.locked = true;
+    lockedOff.off = true;
+    lockedOff.description = u"Notes, locked and off";
+    PwDbAuthoring::LayerOptions hiddenReconciled;
+    hiddenReconciled.hidden = true;
+    hiddenReconciled.reconciled = true;
+    PwDbObjectId walls;
+    Check(PwDbAuthoring::addLayer(db, u"Walls", {}, &walls), "a layer");
     Check(PwDbAuthoring::addLayer(db, u"Furniture", frozen), "a layer");
-    Check(PwDbAuthoring::addLayout(db, u"Plan A1", 2, 841, 594), "a layout");
+    Check(PwDbAuthoring::addLayer(db, u"Annotations", lockedOff), "a layer");
+    Check(PwDbAuthoring::addLayer(db, u"Existing", hiddenReconciled), "a layer");
+    Check(PwDbAuthoring::addLine(db, db.modelSpaceId(), {0, 0, 0}, {50, 0, 0}, walls), "a wall");
+    // Paper layouts with and without a paper size, filed out of tab order.
     Check(PwDbAuthoring::addLayout(db, u"Sketch", 3, 0, 0), "a layout");
+    Check(PwDbAuthoring::addLayout(db, u"Plan A1", 2, 841, 594), "a layout");
     Check(PwDbAuthoring::addPlotSettings(db, u"Draft A3", false, 420, 297), "plot settings");
+    Check(PwDbAuthoring::addPlotSettings(db, u"Model check", true, 297, 210), "plot settings");
     PwDbObjectId photo, plan;
     Check(PwDbAuthoring::addRasterImageDef(db, u"PHOTO", u"images/photo.png", &photo), "an image");
     Check(PwDbAuthoring::addRasterImage(db, db.modelSpaceId(), photo, {0, 0, 0}, 40, 40),
