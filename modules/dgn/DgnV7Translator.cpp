@@ -259,13 +259,7 @@ class Translator {
         if (!dgnComplexExtent(element, words, count)) return skipped(element.type);
         // The node itself makes nothing: its texts do.
         DgnV7Components components(stream, words, count, limit);
-        DgnV7RawElement component;
-        while (components.next(component)) {
-            if (ErrorStatus status =
-                    translate(component, stream, place, depth + 1, components.end()))
-                return status;
-        }
-        return StatusOk;
+        return translateComponents(components, stream, place, depth);
     }
 
     // A chain's or complex shape's components, joined into one polyline.

@@ -8,6 +8,7 @@
 #include <sstream>
 #include <string>
 
+#include "lodeutil/Path.h"
 #include "platform/LodeExceptions.h"
 #include "readsave/DgnModule.h"
 #include "readsave/DgnTranslation.h"
@@ -181,6 +182,27 @@ TEST(DgnBinding, AnEmptyModelNameTranslatesTheFirstModelWithTheFixedOptionsWithA
     EXPECT_EQ(StandInCount("StandInOpenItems"), 0);
     // The settings file is there before the module translates.
     EXPECT_TRUE(std::filesystem::exists(root.settings()));
+}
+
+TEST(DgnBinding, AnEmptyModelNameTakesAFirstModelWithoutAReadableNameWithANSWERINGModule) {
+    RequireStandIn("answering");
+    ScopedRootFolder root;
+    EXPECT_EQ(LodeQDBUtil::GetModelViewNamesFromDGN(u"/srv/unnamed.dgn"),
+              std::vector<wstring>{u"Sheet"});
+    PwDbDatabase drawing(false, true);
+    LodeQDBUtil::ReadDGNToPlwDatabase(u"/srv/unnamed.dgn", u"", drawing);
+    EXPECT_EQ(StandInCount("StandInConvertedItem"), 0);
+}
+
+TEST(DgnBinding, AResolvedPathIsTakenAsItStandsEvenRelativeWithANSWERINGModule) {
+    RequireStandIn("answering");
+    const auto children = LodeQDBService::Request::DGNChildren(u"/srv/site.dgn");
+    ASSERT_EQ(children.size(), 2u);
+    EXPECT_EQ(children[0].GetFullname(), u"found\\here.dgn");
+    EXPECT_EQ(children[0].GetRefId(), 7u);
+    // Nothing stored and nothing found: the design file's folder.
+    EXPECT_EQ(children[1].GetFullname(), LodeUtil::CombineRelative(u"/srv", u""));
+    EXPECT_EQ(children[1].GetRefId(), 0u);
 }
 
 TEST(DgnBinding, AModelIsFoundByItsExactNameWithANSWERINGModule) {

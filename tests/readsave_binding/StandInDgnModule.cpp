@@ -76,15 +76,17 @@ Plotwright::ErrorStatus DGNGetFileReferences(const char16_t* path, const char16_
 #if defined(STAND_IN_ANSWERS)
 // A file of three models, "Main", one whose name can't be read, and "Sheet"; a name holding
 // "empty" has none, "bad" doesn't load, "null-item" hands out null items, "fail" fails its
-// translation with StatusNotApplicable.
+// translation with StatusNotApplicable, "unnamed" has no readable name for its first model.
 struct StandInFile {
     uint32_t items = 3;
     bool nullItems = false;
     bool failing = false;
+    bool unnamedFirst = false;
 };
 struct StandInItem {
     uint32_t index = 0;
     bool failing = false;
+    bool unnamedFirst = false;
 };
 
 int g_openFiles = 0;
@@ -113,6 +115,7 @@ void* DGNLoadFile(const char16_t* path, int mode, uint32_t flags, int all) {
     if (Holds(path, "empty")) file->items = 0;
     file->nullItems = Holds(path, "null-item");
     file->failing = Holds(path, "fail");
+    file->unnamedFirst = Holds(path, "unnamed");
     ++g_openFiles;
     return file;
 }
@@ -130,7 +133,7 @@ void* DGNGetItem(void* file, uint32_t index) {
     const auto* open = static_cast<StandInFile*>(file);
     if (open->nullItems || index >= open->items) return nullptr;
     ++g_openItems;
-    return new StandInItem{index, open->failing};
+    return new StandInItem{index, open->failing, open->unnamedFirst};
 }
 
 void DGNCloseItem(void* item) {
@@ -141,14 +144,28 @@ void DGNCloseItem(void* item) {
 
 Plotwright::ErrorStatus DGNGetItemName(void* item, PwString* name) {
     if (item == nullptr) return Plotwright::StatusInvalidInput;
-    switch (static_cast<StandInItem*>(item)->index) {
+    const auto* open = static_cast<StandInItem*>(item);
+    switch (open->index) {
         case 0:
+            if (open->unnamedFirst) return Plotwright::StatusKeyNotFound;
             return name->assign(u"Main");
         case 2:
             return name->assign(u"Sheet");
         default:
             return Plotwright::StatusKeyNotFound;
     }
+}
+
+// Records a real module never makes: a relative resolved path, and nothing at all.
+Plotwright::ErrorStatus DGNGetFileReferences(const char16_t*, const char16_t*,
+                                             PwArray<PwDbDgnRefFileData*>& references) {
+    auto* relative = new PwDbDgnRefFileData;
+    relative->storedPath.assign(u"file://elsewhere.dgn");
+    relative->resolvedPath.assign(u"found\\here.dgn");
+    relative->refId = 7;
+    references.append(relative);
+    references.append(new PwDbDgnRefFileData);
+    return Plotwright::StatusOk;
 }
 
 Plotwright::ErrorStatus DGNConvertItemEx(void* item, PwDbDgnConvertOptions* options, void*) {
