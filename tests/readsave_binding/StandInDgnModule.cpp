@@ -3,6 +3,7 @@
 #include <signal.h>
 
 #include <cstddef>
+#include <set>
 
 #include "toolkit/core/PwArray.h"
 #include "toolkit/core/PwString.h"
@@ -89,6 +90,13 @@ struct StandInItem {
     bool unnamedFirst = false;
 };
 
+// The files handed out and not closed: the library leaves a file open when the model it looks
+// for isn't there, and such files stay reachable here, as in a real module.
+// A set that is never destroyed, so that it still holds them when leaks are looked for.
+std::set<StandInFile*>& OpenFileSet() {
+    static auto* const files = new std::set<StandInFile*>;
+    return *files;
+}
 int g_openFiles = 0;
 int g_openItems = 0;
 int g_converted = -1;
@@ -116,11 +124,13 @@ void* DGNLoadFile(const char16_t* path, int mode, uint32_t flags, int all) {
     file->nullItems = Holds(path, "null-item");
     file->failing = Holds(path, "fail");
     file->unnamedFirst = Holds(path, "unnamed");
+    OpenFileSet().insert(file);
     ++g_openFiles;
     return file;
 }
 
 void DGNCloseFile(void* file) {
+    OpenFileSet().erase(static_cast<StandInFile*>(file));
     delete static_cast<StandInFile*>(file);
     --g_openFiles;
 }
