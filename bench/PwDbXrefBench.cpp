@@ -1,8 +1,11 @@
 // Resolving the references of a tree of 1,000 drawings, five levels of references deep with
-// drawings shared between branches, against reading each of those files once.
+// drawings shared between branches, each placing a photo (one of 20 shared files) and every
+// tenth a PDF underlay, against reading each of those files once.
 #include <benchmark/benchmark.h>
 #include <stdlib.h>
 
+#include <filesystem>
+#include <fstream>
 #include <memory>
 #include <set>
 #include <string>
@@ -13,6 +16,9 @@
 #include "service/TreeWalks.h"
 #include "toolkit/db/PwDbAuthoring.h"
 #include "toolkit/db/PwDbDatabase.h"
+#include "toolkit/image/PwDbImageAuthoring.h"
+#include "toolkit/underlay/PwDbUnderlayAuthoring.h"
+#include "toolkit/underlay/PwDbUnderlayDefinition.h"
 #include "toolkit/xref/PwDbXrefAuthoring.h"
 #include "toolkit/xref/PwDbXrefGraph.h"
 #include "toolkit/xref/PwDbXrefs.h"
@@ -25,6 +31,8 @@ namespace {
 constexpr int kLevelSizes[] = {1, 4, 16, 64, 256, 659};
 constexpr int kReferencesEach = 5;
 constexpr int kLinesEach = 50;
+constexpr int kPhotos = 20;
+constexpr int kUnderlayEvery = 10;
 
 struct DrawingTree {
     std::string folder;
@@ -36,11 +44,36 @@ std::string FileName(int level, int index) {
     return "L" + std::to_string(level) + "_" + std::to_string(index) + ".plw";
 }
 
+void WriteFile(const std::string& path, const std::string& bytes) {
+    std::ofstream(path, std::ios::binary) << bytes;
+}
+
+// A photo placed in the drawing, and every tenth drawing a PDF underlay.
+void AddImagesAndUnderlays(PwDbDatabase& drawing, int serial) {
+    const wstring photo =
+        u"photos/p" + LodeUtil::Utf16FromUtf8(std::to_string(serial % kPhotos)) + u".png";
+    PwDbObjectId image;
+    PwDbAuthoring::addRasterImageDef(drawing, u"PHOTO", photo, &image);
+    PwDbAuthoring::addRasterImage(drawing, drawing.modelSpaceId(), image, {0, 0, 0}, 10, 10);
+    if (serial % kUnderlayEvery != 0) return;
+    PwDbObjectId plan;
+    PwDbAuthoring::addUnderlayDefinition(drawing, PwDbPdfDefinition::desc(), u"PLAN",
+                                         u"docs\\plan.pdf", u"1", &plan);
+    PwDbAuthoring::addUnderlayReference(drawing, drawing.modelSpaceId(), plan, {0, 0, 0});
+}
+
 const DrawingTree& Tree() {
     static const DrawingTree tree = [] {
         DrawingTree made;
         char pattern[] = "/tmp/lodeqdb-xref-bench-XXXXXX";
         made.folder = mkdtemp(pattern);
+        std::filesystem::create_directories(made.folder + "/photos");
+        std::filesystem::create_directories(made.folder + "/docs");
+        for (int i = 0; i < kPhotos; ++i)
+            WriteFile(made.folder + "/photos/p" + std::to_string(i) + ".png",
+                      std::string("\x89PNG\r\n\x1a\n", 8));
+        WriteFile(made.folder + "/docs/plan.pdf", "%PDF-1.4\n%%EOF\n");
+        int serial = 0;
         const int levels = static_cast<int>(std::size(kLevelSizes));
         for (int level = 0; level < levels; ++level) {
             for (int index = 0; index < kLevelSizes[level]; ++index) {
@@ -58,6 +91,7 @@ const DrawingTree& Tree() {
                             LodeUtil::Utf16FromUtf8(FileName(level + 1, target)));
                     }
                 }
+                AddImagesAndUnderlays(*drawing, serial++);
                 const std::string path = made.folder + "/" + FileName(level, index);
                 drawing->saveAs(LodeUtil::Utf16FromUtf8(path).c_str(), false,
                                 PwDb::PwDbPlwVersionCurrent);
@@ -89,6 +123,23 @@ void BM_ReadEachDrawingOnce(benchmark::State& state) {
     PerDrawing(state, tree.files.size());
 }
 BENCHMARK(BM_ReadEachDrawingOnce)->Unit(benchmark::kMillisecond);
+
+// The same reads with every drawing kept until all are read, as a resolved tree keeps them: the
+// part of resolving that is the cost of holding 1,000 drawings in memory at once.
+void BM_ReadEachDrawingKeepingAll(benchmark::State& state) {
+    const DrawingTree& tree = Tree();
+    for (auto _ : state) {
+        std::vector<std::unique_ptr<PwDbDatabase>> kept;
+        kept.reserve(tree.files.size());
+        for (const std::string& file : tree.files) {
+            kept.push_back(std::make_unique<PwDbDatabase>(false, true));
+            benchmark::DoNotOptimize(kept.back()->readPlwFile(LodeUtil::Utf16FromUtf8(file).c_str(),
+                                                              PwDbDatabase::OpenModeAlternate));
+        }
+    }
+    PerDrawing(state, tree.files.size());
+}
+BENCHMARK(BM_ReadEachDrawingKeepingAll)->Unit(benchmark::kMillisecond);
 
 void BM_ResolveTree(benchmark::State& state) {
     const DrawingTree& tree = Tree();
@@ -125,6 +176,20 @@ void BM_NestedChildrenByFile(benchmark::State& state) {
     PerDrawing(state, tree.files.size());
 }
 BENCHMARK(BM_NestedChildrenByFile)->Unit(benchmark::kMillisecond);
+
+// The walk alone, over a root read and resolved once before.
+void BM_NestedChildrenOfALoadedRoot(benchmark::State& state) {
+    const DrawingTree& tree = Tree();
+    PwDbDatabase root(false, true);
+    LodeQDBUtil::ReadFileToDatabase(LodeUtil::Utf16FromUtf8(tree.root), root, true, true);
+    size_t found = 0;
+    for (auto _ : state) {
+        found = LodeQDBService::Request::PlotwrightNestedChildren(root, false).size();
+    }
+    state.counters["records"] = static_cast<double>(found);
+    PerDrawing(state, tree.files.size());
+}
+BENCHMARK(BM_NestedChildrenOfALoadedRoot)->Unit(benchmark::kMillisecond);
 
 void BM_ParentsOfALeaf(benchmark::State& state) {
     const DrawingTree& tree = Tree();
