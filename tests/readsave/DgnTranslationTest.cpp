@@ -6,6 +6,7 @@
 #include <sys/stat.h>
 
 #include <cmath>
+#include <filesystem>
 #include <vector>
 
 #include "lodeutil/Utf.h"
@@ -194,6 +195,14 @@ TEST_F(DgnTranslationTest, ARootFolderWrittenWithBackslashesWorks) {
     ScopedRootFolder root(Path("host") + u"\\config");
     LodeQDBUtil::EnsureDgnSetups();
     EXPECT_EQ(Read("host/config/Support/DgnSetups.ini"), "[IMPORTSECTION]\nIsMasterUnits=1\n");
+}
+
+TEST_F(DgnTranslationTest, AHostWithoutARootFolderGetsNoSettingsFolder) {
+    const bool before = std::filesystem::exists("/Support");
+    ScopedRootFolder root(u"");
+    EXPECT_EQ(LodeQDBUtil::EnsureDgnSetups(), u"\\Support\\DgnSetups.ini");
+    EXPECT_EQ(std::filesystem::exists("/Support"), before)
+        << "nothing made at the file system's root";
 }
 
 TEST_F(DgnTranslationTest, ASettingsFileThatCantBeMadeDoesntStopTheTranslation) {

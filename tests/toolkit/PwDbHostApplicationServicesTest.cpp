@@ -5,6 +5,8 @@
 
 #include <cstdlib>
 #include <map>
+#include <optional>
+#include <string>
 #include <thread>
 #include <vector>
 
@@ -77,7 +79,6 @@ TEST(PwDbHostApplicationServices, DefaultsDescribeAToolkitOnlyProcess) {
     EXPECT_EQ(services.hostKind(), PwDbHostApplicationServices::kInkstoneHostKind);
     EXPECT_EQ(services.hostKind(), 4);
     EXPECT_EQ(services.workingDatabase(), nullptr);
-    EXPECT_FALSE(services.rootFolder().empty()) << "a test process has a HOME";
     EXPECT_NE(services.hostLayoutService(), nullptr);
     EXPECT_EQ(services.ownerGuid(), u"{F29F85E0-4FF9-1068-AB91-08002B27B3D9}");
     EXPECT_EQ(services.creatorName(), u"LodeQDB");
@@ -242,14 +243,30 @@ TEST(PwDbHostApplicationServices, InstallingFromSeveralThreadsLosesNoServices) {
 }  // namespace
 
 TEST(PwDbHostApplicationServices, TheRootFolderComesFromTheEnvironment) {
-    const char* home = std::getenv("HOME");
-    ASSERT_NE(home, nullptr);
+    // Each variable as a test process may or may not have it, put back afterwards.
+    struct SavedVariable {
+        const char* name;
+        std::optional<std::string> value;
+        explicit SavedVariable(const char* n) : name(n) {
+            if (const char* v = std::getenv(n)) value = v;
+        }
+        ~SavedVariable() {
+            if (value) {
+                ::setenv(name, value->c_str(), 1);
+            } else {
+                ::unsetenv(name);
+            }
+        }
+    };
+    SavedVariable root("LODEQDB_ROOT"), config("XDG_CONFIG_HOME"), home("HOME");
+    ::setenv("HOME", "/home/tester", 1);
     ::setenv("LODEQDB_ROOT", "/opt/host root", 1);
     EXPECT_EQ(PwDbHostApplicationServices().rootFolder(), u"/opt/host root");
     ::unsetenv("LODEQDB_ROOT");
     ::setenv("XDG_CONFIG_HOME", "/home/u/conf", 1);
     EXPECT_EQ(PwDbHostApplicationServices().rootFolder(), u"/home/u/conf/lodeqdb");
     ::unsetenv("XDG_CONFIG_HOME");
-    EXPECT_EQ(PwDbHostApplicationServices().rootFolder(),
-              LodeUtil::Utf16FromUtf8(std::string(home) + "/.config/lodeqdb"));
+    EXPECT_EQ(PwDbHostApplicationServices().rootFolder(), u"/home/tester/.config/lodeqdb");
+    ::unsetenv("HOME");
+    EXPECT_EQ(PwDbHostApplicationServices().rootFolder(), u"") << "no root folder at all";
 }
