@@ -159,20 +159,16 @@ TEST_P(Layouts, AnEntryOfAnotherClassOrThatCantBeOpenedIsLeftOut) {
     EXPECT_EQ(without.size(), 5u);
 }
 
-TEST(LayoutSort, NegativeTabOrdersComeFirst) {
-    // Drawings of this toolkit can't hold a negative tab order (see below), so the sort is
-    // shown on records.
-    std::vector<lode::PlwLayoutInfo> layouts(4);
-    const int orders[] = {3, -2, 0, -7};
-    for (size_t i = 0; i < layouts.size(); ++i) {
-        layouts[i].tabOrder = orders[i];
-        layouts[i].name = std::u16string(1, static_cast<char16_t>(u'a' + i));
-    }
-    LodeQDBUtil::Layout::SortByTabOrder(layouts);
-    EXPECT_EQ(Names(layouts), (std::vector<wstring>{u"d", u"b", u"c", u"a"}));
-
-    PwDbLayout layout;
-    EXPECT_EQ(layout.setTabOrder(-1), Plotwright::StatusInvalidInput);
+TEST_P(Layouts, NegativeTabOrdersComeFirst) {
+    auto drawing = PwDbAuthoring::createDrawing();
+    ASSERT_EQ(PwDbAuthoring::addLayout(*drawing, u"Three", 3, 1, 1), StatusOk);
+    ASSERT_EQ(PwDbAuthoring::addLayout(*drawing, u"MinusTwo", -2, 1, 1), StatusOk);
+    ASSERT_EQ(PwDbAuthoring::addLayout(*drawing, u"MinusSeven", -7, 1, 1), StatusOk);
+    auto read = SaveAndRead(*drawing, "negative");
+    const auto sorted = GetPlwLayoutInfoList(*read, true, false, lode::AllLayouts);
+    EXPECT_EQ(Names(sorted),
+              (std::vector<wstring>{u"MinusSeven", u"MinusTwo", u"Model", u"Layout1", u"Three"}));
+    EXPECT_EQ(sorted[0].tabOrder, -7);
 }
 
 class PlotSettings : public lodeqdbtest::DrawingFilesTest {

@@ -93,8 +93,8 @@ TEST(PwDbLayout, KeepsItsValuesAndChecksThem) {
     EXPECT_EQ(layout.setLayoutName(nullptr), Plotwright::StatusInvalidKey);
     EXPECT_EQ(layout.setLayoutName(u"A/B"), Plotwright::StatusInvalidKey);
     EXPECT_EQ(layoutName(layout), u"Sheet A-101");
-    EXPECT_EQ(layout.setTabOrder(-1), Plotwright::StatusInvalidInput);
-    EXPECT_EQ(layout.getTabOrder(), 3);
+    EXPECT_EQ(layout.setTabOrder(-1), Plotwright::StatusOk) << "before the model's tab";
+    EXPECT_EQ(layout.getTabOrder(), -1);
 
     // Once in a drawing, the layout shows only that drawing's blocks.
     auto* placed = new PwDbLayout;

@@ -108,7 +108,6 @@ Plotwright::ErrorStatus PwDbLayout::setBlockTableRecordId(PwDbObjectId block) {
 }
 
 Plotwright::ErrorStatus PwDbLayout::setTabOrder(int order) {
-    if (order < 0) return Plotwright::StatusInvalidInput;
     return setField(m_tabOrder, order);
 }
 
@@ -120,7 +119,6 @@ Plotwright::ErrorStatus PwDbLayout::plwInFields(PwDbPlwFiler* filer) {
     if (auto status = filer->readString(name)) return status;
     if (auto status = filer->readObjectId(block)) return status;
     if (auto status = filer->readInt32(order)) return status;
-    if (order < 0) return Plotwright::StatusFilerError;
     m_layoutName = std::move(name);
     m_block = block;
     m_tabOrder = order;

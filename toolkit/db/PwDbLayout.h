@@ -75,9 +75,10 @@ class PwDbLayout : public PwDbPlotSettings {
     /// StatusNotOpenForWrite, StatusWrongDatabase for an id of another database.
     Plotwright::ErrorStatus setBlockTableRecordId(PwDbObjectId block);
 
-    /// The layout's place among the tabs, 0 for the model layout; 0 at first.
+    /// The layout's place among the tabs, 0 for the model layout; 0 at first. Any number: a
+    /// negative one puts the tab before the model's, as some applications file their sheets.
     int getTabOrder() const { return m_tabOrder; }
-    /// StatusInvalidInput for a negative place, StatusNotOpenForWrite.
+    /// StatusNotOpenForWrite.
     Plotwright::ErrorStatus setTabOrder(int order);
 
     /// The plot settings (in the base), then layout name, block id, tab order.
