@@ -12,7 +12,7 @@
 #include "modules/dgn/DgnConvertReport.h"
 #include "modules/dgn/DgnV7DesignFile.h"
 #include "modules/dgn/DgnV7Translator.h"
-#include "support/DrawingInspection.h"
+#include "support/DrawingReadBack.h"
 #include "toolkit/core/PwArray.h"
 #include "toolkit/core/PwString.h"
 #include "toolkit/db/PwDbDatabase.h"

@@ -13,7 +13,7 @@
 #include "platform/LodeExceptions.h"
 #include "readsave/DgnSetups.h"
 #include "readsave/DgnTranslation.h"
-#include "support/DrawingInspection.h"
+#include "support/DrawingReadBack.h"
 #include "support/TempFolderTest.h"
 #include "toolkit/db/PwDbBlockReference.h"
 #include "toolkit/db/PwDbCurves.h"

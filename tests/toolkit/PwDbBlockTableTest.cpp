@@ -448,6 +448,7 @@ TEST(PwDbBlockTableRecord, DamagedDataIsRefused) {
     PwDbDatabase db;
     PwDbMemoryFiler filer(&db);
     filer.writeObjectId(PwDbObjectId());
+    filer.writeInt32(0);  // no persistent reactors
     filer.writeString(u"Door");
     filer.writeInt32(-1);
     PwDbBlockTableRecord record;
@@ -455,6 +456,7 @@ TEST(PwDbBlockTableRecord, DamagedDataIsRefused) {
 
     PwDbMemoryFiler shortened(&db);
     shortened.writeObjectId(PwDbObjectId());
+    shortened.writeInt32(0);  // no persistent reactors
     shortened.writeString(u"Door");
     shortened.writeInt32(3);
     shortened.writeObjectId(db.modelSpaceId());
@@ -482,6 +484,7 @@ TEST(PwDbBlockTable, RoundTripsItsRecordListThroughAFiler) {
 
     PwDbMemoryFiler bad(&db);
     bad.writeObjectId(PwDbObjectId());
+    bad.writeInt32(0);  // no persistent reactors
     bad.writeInt32(-5);
     PwDbBlockTable table;
     EXPECT_EQ(table.plwInFields(&bad), Plotwright::StatusFilerError);

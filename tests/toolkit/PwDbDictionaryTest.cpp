@@ -374,6 +374,7 @@ TEST(PwDbDictionary, DamagedDataIsRefused) {
     PwDbDatabase db;
     PwDbMemoryFiler twice(&db);
     twice.writeObjectId(PwDbObjectId());
+    twice.writeInt32(0);  // no persistent reactors
     twice.writeInt32(2);
     twice.writeString(u"Same");
     twice.writeObjectId(db.layerZeroId());
@@ -385,6 +386,7 @@ TEST(PwDbDictionary, DamagedDataIsRefused) {
 
     PwDbMemoryFiler empty(&db);
     empty.writeObjectId(PwDbObjectId());
+    empty.writeInt32(0);  // no persistent reactors
     empty.writeInt32(1);
     empty.writeString(u"");
     empty.writeObjectId(db.layerZeroId());
@@ -392,11 +394,13 @@ TEST(PwDbDictionary, DamagedDataIsRefused) {
 
     PwDbMemoryFiler negative(&db);
     negative.writeObjectId(PwDbObjectId());
+    negative.writeInt32(0);  // no persistent reactors
     negative.writeInt32(-1);
     EXPECT_EQ(dictionary.plwInFields(&negative), Plotwright::StatusFilerError);
 
     PwDbMemoryFiler shortened(&db);
     shortened.writeObjectId(PwDbObjectId());
+    shortened.writeInt32(0);  // no persistent reactors
     shortened.writeInt32(4);
     shortened.writeString(u"Only");
     EXPECT_EQ(dictionary.plwInFields(&shortened), Plotwright::StatusFilerError);

@@ -190,6 +190,7 @@ TEST(PwDbLayerTableRecord, RoundTripsEveryValueThroughAFiler) {
 TEST(PwDbLayerTableRecord, StoredColoursOutsideTheRangeAreRefused) {
     PwDbMemoryFiler filer;
     filer.writeObjectId(PwDbObjectId());
+    filer.writeInt32(0);  // no persistent reactors
     filer.writeString(u"Bad");
     for (int i = 0; i < 5; ++i) filer.writeBool(false);
     filer.writeString(u"");
@@ -200,6 +201,7 @@ TEST(PwDbLayerTableRecord, StoredColoursOutsideTheRangeAreRefused) {
 
     PwDbMemoryFiler shortened;
     shortened.writeObjectId(PwDbObjectId());
+    shortened.writeInt32(0);  // no persistent reactors
     shortened.writeString(u"Short");
     shortened.writeBool(true);
     EXPECT_EQ(layer.plwInFields(&shortened), Plotwright::StatusFilerError);

@@ -199,6 +199,7 @@ TEST(PwDbLayout, RoundTripsThroughAFilerAndClones) {
 TEST(PwDbLayout, DamagedDataIsRefused) {
     PwDbMemoryFiler negativePaper;
     negativePaper.writeObjectId(PwDbObjectId());
+    negativePaper.writeInt32(0);  // no persistent reactors
     negativePaper.writeString(u"");
     negativePaper.writeDouble(-3.0);
     negativePaper.writeDouble(1.0);
@@ -207,22 +208,24 @@ TEST(PwDbLayout, DamagedDataIsRefused) {
     EXPECT_EQ(settings.plwInFields(&negativePaper), Plotwright::StatusFilerError);
     expectPaper(settings, 0.0, 0.0);
 
-    PwDbMemoryFiler negativeTab;
-    negativeTab.writeObjectId(PwDbObjectId());
-    negativeTab.writeString(u"");
-    negativeTab.writeDouble(1.0);
-    negativeTab.writeDouble(1.0);
-    negativeTab.writeBool(false);
-    negativeTab.writeString(u"Tab");
-    negativeTab.writeObjectId(PwDbObjectId());
-    negativeTab.writeInt32(-2);
+    PwDbMemoryFiler tabBeforeTheModel;
+    tabBeforeTheModel.writeObjectId(PwDbObjectId());
+    tabBeforeTheModel.writeInt32(0);  // no persistent reactors
+    tabBeforeTheModel.writeString(u"");
+    tabBeforeTheModel.writeDouble(1.0);
+    tabBeforeTheModel.writeDouble(1.0);
+    tabBeforeTheModel.writeBool(false);
+    tabBeforeTheModel.writeString(u"Tab");
+    tabBeforeTheModel.writeObjectId(PwDbObjectId());
+    tabBeforeTheModel.writeInt32(-2);
     PwDbLayout layout;
-    EXPECT_EQ(layout.plwInFields(&negativeTab), Plotwright::StatusFilerError);
-    EXPECT_EQ(layout.getTabOrder(), 0);
+    EXPECT_EQ(layout.plwInFields(&tabBeforeTheModel), Plotwright::StatusOk);
+    EXPECT_EQ(layout.getTabOrder(), -2) << "a negative tab order is a place like any other";
 
     PwDbMemoryFiler wrongType;
     wrongType.writeObjectId(PwDbObjectId());
-    wrongType.writeInt32(5);
+    wrongType.writeInt32(0);  // no persistent reactors
+    wrongType.writeInt32(5);  // where the settings' name belongs
     EXPECT_EQ(layout.plwInFields(&wrongType), Plotwright::StatusFilerError);
 }
 

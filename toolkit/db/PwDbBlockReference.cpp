@@ -1,8 +1,6 @@
 // Block placements: which block, where, how scaled and turned.
 #include "toolkit/db/PwDbBlockReference.h"
 
-#include <cmath>
-
 #include "toolkit/db/PwDbPlwFiler.h"
 
 PWRX_DEFINE_DYNAMIC_MEMBERS(PwDbBlockReference, PwDbEntity, u"PwDbBlockReference");
@@ -22,44 +20,31 @@ Plotwright::ErrorStatus PwDbBlockReference::setReferencedBlock(PwDbObjectId bloc
 }
 
 Plotwright::ErrorStatus PwDbBlockReference::setInsertionPoint(const PwGePoint3d& point) {
-    if (!point.isFinite()) return Plotwright::StatusInvalidInput;
-    return setField(m_position, point);
+    if (!PwDbPlacement::acceptsPosition(point)) return Plotwright::StatusInvalidInput;
+    return setField(m_placement.position, point);
 }
 
 Plotwright::ErrorStatus PwDbBlockReference::setScale3d(const PwGeScale3d& scale) {
-    if (!scale.isUsable()) return Plotwright::StatusInvalidInput;
-    return setField(m_scale, scale);
+    if (!PwDbPlacement::acceptsScale(scale)) return Plotwright::StatusInvalidInput;
+    return setField(m_placement.scale, scale);
 }
 
 Plotwright::ErrorStatus PwDbBlockReference::setRotationAngle(double radians) {
-    if (!std::isfinite(radians)) return Plotwright::StatusInvalidInput;
-    return setField(m_rotation, radians);
+    if (!PwDbPlacement::acceptsRotation(radians)) return Plotwright::StatusInvalidInput;
+    return setField(m_placement.rotation, radians);
 }
 
 Plotwright::ErrorStatus PwDbBlockReference::plwInFields(PwDbPlwFiler* filer) {
     if (auto status = PwDbEntity::plwInFields(filer)) return status;
-    PwDbObjectId block;
-    PwGePoint3d position;
-    PwGeScale3d scale;
-    double rotation = 0.0;
-    if (auto status = filer->readObjectId(block)) return status;
-    if (auto status = filer->readPoint3d(position)) return status;
-    if (auto status = filer->readScale3d(scale)) return status;
-    if (auto status = filer->readDouble(rotation)) return status;
-    if (!position.isFinite() || !scale.isUsable() || !std::isfinite(rotation)) {
-        return Plotwright::StatusFilerError;
-    }
-    m_block = block;
-    m_position = position;
-    m_scale = scale;
-    m_rotation = rotation;
+    PwDbObjectId shown;
+    if (auto status = filer->readObjectId(shown)) return status;
+    if (auto status = m_placement.readFrom(filer)) return status;
+    m_block = shown;
     return Plotwright::StatusOk;
 }
 
 Plotwright::ErrorStatus PwDbBlockReference::plwOutFields(PwDbPlwFiler* filer) const {
     if (auto status = PwDbEntity::plwOutFields(filer)) return status;
     if (auto status = filer->writeObjectId(m_block)) return status;
-    if (auto status = filer->writePoint3d(m_position)) return status;
-    if (auto status = filer->writeScale3d(m_scale)) return status;
-    return filer->writeDouble(m_rotation);
+    return m_placement.writeTo(filer);
 }

@@ -8,6 +8,7 @@
 #pragma once
 
 #include "toolkit/db/PwDbEntity.h"
+#include "toolkit/db/PwDbPlacement.h"
 #include "toolkit/ge/PwGeGeometry.h"
 
 class PwDbBlockReference : public PwDbEntity {
@@ -25,13 +26,13 @@ class PwDbBlockReference : public PwDbEntity {
         return setReferencedBlock(block);
     }
 
-    PwGePoint3d position() const { return m_position; }
+    PwGePoint3d position() const { return m_placement.position; }
     Plotwright::ErrorStatus setInsertionPoint(const PwGePoint3d& point);
-    PwGeScale3d scaleFactors() const { return m_scale; }
+    PwGeScale3d scaleFactors() const { return m_placement.scale; }
     /// Scale factors; none may be 0.
     Plotwright::ErrorStatus setScale3d(const PwGeScale3d& scale);
     /// The rotation about the Z axis, in radians.
-    double rotation() const { return m_rotation; }
+    double rotation() const { return m_placement.rotation; }
     Plotwright::ErrorStatus setRotationAngle(double radians);
 
     Plotwright::ErrorStatus plwInFields(PwDbPlwFiler* filer) override;
@@ -39,7 +40,5 @@ class PwDbBlockReference : public PwDbEntity {
 
   private:
     PwDbObjectId m_block;
-    PwGePoint3d m_position;
-    PwGeScale3d m_scale;
-    double m_rotation = 0.0;
+    PwDbPlacement m_placement;
 };

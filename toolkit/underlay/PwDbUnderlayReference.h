@@ -7,6 +7,7 @@
 #pragma once
 
 #include "toolkit/db/PwDbEntity.h"
+#include "toolkit/db/PwDbPlacement.h"
 #include "toolkit/ge/PwGeGeometry.h"
 
 class PwDbUnderlayReference : public PwDbEntity {
@@ -21,14 +22,14 @@ class PwDbUnderlayReference : public PwDbEntity {
     /// StatusNotOpenForWrite; StatusWrongDatabase for a definition of another drawing.
     Plotwright::ErrorStatus setDefinitionId(PwDbObjectId definition);
 
-    PwGePoint3d position() const { return m_position; }
+    PwGePoint3d position() const { return m_placement.position; }
     /// StatusInvalidInput for a non-finite point.
     Plotwright::ErrorStatus setPosition(const PwGePoint3d& position);
-    PwGeScale3d scaleFactors() const { return m_scale; }
+    PwGeScale3d scaleFactors() const { return m_placement.scale; }
     /// StatusInvalidInput unless every factor is finite and not 0.
     Plotwright::ErrorStatus setScaleFactors(const PwGeScale3d& scale);
     /// Radians from the X axis, as set.
-    double rotation() const { return m_rotation; }
+    double rotation() const { return m_placement.rotation; }
     /// StatusInvalidInput for a non-finite angle.
     Plotwright::ErrorStatus setRotation(double radians);
 
@@ -38,7 +39,5 @@ class PwDbUnderlayReference : public PwDbEntity {
 
   private:
     PwDbObjectId m_definition;
-    PwGePoint3d m_position;
-    PwGeScale3d m_scale;
-    double m_rotation = 0.0;
+    PwDbPlacement m_placement;
 };

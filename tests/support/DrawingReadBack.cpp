@@ -1,4 +1,4 @@
-#include "support/DrawingInspection.h"
+#include "support/DrawingReadBack.h"
 
 #include <memory>
 
