@@ -1,5 +1,6 @@
 #include "toolkit/image/PwDbRasterImageDef.h"
 
+#include "toolkit/core/PwWideText.h"
 #include "toolkit/db/PwDbDatabase.h"
 #include "toolkit/db/PwDbDependentFiles.h"
 #include "toolkit/db/PwDbDictionary.h"
@@ -9,20 +10,12 @@
 
 PWRX_DEFINE_DYNAMIC_MEMBERS(PwDbRasterImageDef, PwDbObject, u"PwDbRasterImageDef");
 
-namespace {
-
-wstring TextOf(const char16_t* text) {
-    return text != nullptr ? wstring(text) : wstring();
-}
-
-}  // namespace
-
 PwDbRasterImageDef::PwDbRasterImageDef() = default;
 
 PwDbRasterImageDef::~PwDbRasterImageDef() = default;
 
 Plotwright::ErrorStatus PwDbRasterImageDef::setSourceFileName(const char16_t* path) {
-    const wstring name = TextOf(path);
+    const wstring name = pwWideTextOrEmpty(path);
     if (name == m_sourceFileName)
         return isWriteEnabled() ? Plotwright::StatusOk : Plotwright::StatusNotOpenForWrite;
     if (auto status = setField(m_sourceFileName, name)) return status;
@@ -33,7 +26,7 @@ Plotwright::ErrorStatus PwDbRasterImageDef::setSourceFileName(const char16_t* pa
 }
 
 Plotwright::ErrorStatus PwDbRasterImageDef::setActiveFileName(const char16_t* path) {
-    return setField(m_activeFileName, TextOf(path));
+    return setField(m_activeFileName, pwWideTextOrEmpty(path));
 }
 
 const char16_t* PwDbRasterImageDef::sourceFileName() const {

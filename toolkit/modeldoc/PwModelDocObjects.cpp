@@ -2,33 +2,26 @@
 
 #include <algorithm>
 
+#include "toolkit/core/PwWideText.h"
 #include "toolkit/db/PwDbPlwFiler.h"
 
 PWRX_DEFINE_DYNAMIC_MEMBERS(PwDbModelDocView, PwDbObject, u"PwDbModelDocView");
 PWRX_DEFINE_DYNAMIC_MEMBERS(PwDbModelDocPackage, PwDbObject, u"PwDbModelDocPackage");
 PWRX_DEFINE_DYNAMIC_MEMBERS(PwDbModelDocRedirections, PwDbObject, u"PwDbModelDocRedirections");
 
-namespace {
-
-wstring TextOf(const char16_t* text) {
-    return text != nullptr ? wstring(text) : wstring();
-}
-
-}  // namespace
-
 PwDbModelDocView::PwDbModelDocView() = default;
 PwDbModelDocView::~PwDbModelDocView() = default;
 
 Plotwright::ErrorStatus PwDbModelDocView::setProduct(const char16_t* product) {
-    return setField(m_product, TextOf(product));
+    return setField(m_product, pwWideTextOrEmpty(product));
 }
 
 Plotwright::ErrorStatus PwDbModelDocView::setDocumentPath(const char16_t* path) {
-    return setField(m_documentPath, TextOf(path));
+    return setField(m_documentPath, pwWideTextOrEmpty(path));
 }
 
 Plotwright::ErrorStatus PwDbModelDocView::setViewName(const char16_t* name) {
-    return setField(m_viewName, TextOf(name));
+    return setField(m_viewName, pwWideTextOrEmpty(name));
 }
 
 bool PwDbModelDocView::isFromGearmark() const {
@@ -113,7 +106,7 @@ PwDbModelDocRedirections::PwDbModelDocRedirections() = default;
 PwDbModelDocRedirections::~PwDbModelDocRedirections() = default;
 
 Plotwright::ErrorStatus PwDbModelDocRedirections::setInfo(const char16_t* info) {
-    return setField(m_info, TextOf(info));
+    return setField(m_info, pwWideTextOrEmpty(info));
 }
 
 Plotwright::ErrorStatus PwDbModelDocRedirections::plwInFields(PwDbPlwFiler* filer) {

@@ -1,5 +1,6 @@
 #include "toolkit/underlay/PwDbUnderlayDefinition.h"
 
+#include "toolkit/core/PwWideText.h"
 #include "toolkit/db/PwDbDependentFiles.h"
 #include "toolkit/db/PwDbPlwFiler.h"
 
@@ -7,14 +8,6 @@ PWRX_DEFINE_MEMBERS(PwDbUnderlayDefinition, PwDbObject, u"PwDbUnderlayDefinition
 PWRX_DEFINE_DYNAMIC_MEMBERS(PwDbPdfDefinition, PwDbUnderlayDefinition, u"PwDbPdfDefinition");
 PWRX_DEFINE_DYNAMIC_MEMBERS(PwDbDgnDefinition, PwDbUnderlayDefinition, u"PwDbDgnDefinition");
 PWRX_DEFINE_DYNAMIC_MEMBERS(PwDbPlfDefinition, PwDbUnderlayDefinition, u"PwDbPlfDefinition");
-
-namespace {
-
-wstring TextOf(const char16_t* text) {
-    return text != nullptr ? wstring(text) : wstring();
-}
-
-}  // namespace
 
 PwDbUnderlayDefinition::PwDbUnderlayDefinition() = default;
 
@@ -32,7 +25,7 @@ PwString PwDbUnderlayDefinition::dictionaryKey(const PwRxClass* kind) {
 }
 
 Plotwright::ErrorStatus PwDbUnderlayDefinition::setSourceFileName(const char16_t* path) {
-    const wstring name = TextOf(path);
+    const wstring name = pwWideTextOrEmpty(path);
     if (name == m_sourceFileName)
         return isWriteEnabled() ? Plotwright::StatusOk : Plotwright::StatusNotOpenForWrite;
     if (auto status = setField(m_sourceFileName, name)) return status;
@@ -52,7 +45,7 @@ Plotwright::ErrorStatus PwDbUnderlayDefinition::getActiveFileName(PwString& name
 }
 
 Plotwright::ErrorStatus PwDbUnderlayDefinition::setItemName(const char16_t* name) {
-    return setField(m_itemName, TextOf(name));
+    return setField(m_itemName, pwWideTextOrEmpty(name));
 }
 
 Plotwright::ErrorStatus PwDbUnderlayDefinition::load(const char16_t* /*password*/) {
