@@ -1,5 +1,11 @@
 # Build settings shared by every target of our own.
 
+# A compiler cache when the machine has one: rebuilding from a clean tree then costs little.
+find_program(LODEQDB_CCACHE ccache)
+if(LODEQDB_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
+    set(CMAKE_CXX_COMPILER_LAUNCHER "${LODEQDB_CCACHE}")
+endif()
+
 if(LODEQDB_SANITIZE)
     add_compile_options(-fsanitize=address,undefined -fno-omit-frame-pointer
                         -fno-sanitize-recover=undefined)

@@ -6,7 +6,7 @@ packages=(
     cmake ninja-build g++ clang-14 libclang-rt-14-dev
     libicu-dev libboost-dev zlib1g-dev
     libgtest-dev libgmock-dev libbenchmark-dev
-    libcli11-dev nlohmann-json3-dev
+    libcli11-dev nlohmann-json3-dev ccache
 )
 
 missing=()

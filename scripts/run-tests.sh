@@ -7,6 +7,9 @@ cd "$(dirname "$0")/.."
 
 ./scripts/install-deps.sh
 
+# The compiler cache (when present) shares its results between clones of the tree.
+export CCACHE_BASEDIR="$PWD" CCACHE_NOHASHDIR=1
+
 for preset in release asan; do
     echo "=== ${preset}: configure, build, test"
     rm -rf "build/${preset}"
