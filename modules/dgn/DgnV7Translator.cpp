@@ -6,6 +6,7 @@
 #include <cmath>
 #include <numbers>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "lodeutil/Path.h"
@@ -459,13 +460,17 @@ class Translator {
         return StatusOk;
     }
 
+    // A free block name for a cell: the cell's own, else the first free "_2", "_3", ...
+    // The search for each base goes on from where the last one stopped, so a file of many
+    // cells of one name costs one probe a cell rather than one for every earlier cell.
     wstring blockName(const wstring& cellName) {
         const wstring base =
             m_translation.cellBlockPrefix + (cellName.empty() ? u"Cell" : cellName);
         PwDbObjectPointer<PwDbBlockTable> blocks(&m_target, PwDb::OpenForRead);
         if (blocks.openStatus() != StatusOk || !blocks->has(base.c_str())) return base;
-        for (uint64_t n = 2;; ++n) {
-            const wstring candidate = base + u"_" + Decimal(n);
+        uint64_t& next = m_nextSuffix.try_emplace(base, 2).first->second;
+        for (;; ++next) {
+            const wstring candidate = base + u"_" + Decimal(next);
             if (!blocks->has(candidate.c_str())) return candidate;
         }
     }
@@ -478,6 +483,7 @@ class Translator {
     double m_scale = 1.0;
     DgnV7Point m_origin;
     std::array<PwDbObjectId, 64> m_layers{};
+    std::unordered_map<wstring, uint64_t> m_nextSuffix;
 };
 
 }  // namespace

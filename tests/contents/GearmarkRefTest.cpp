@@ -96,10 +96,10 @@ class GearmarkFiles : public lodeqdbtest::TempFolderTest {
 };
 
 TEST_F(GearmarkFiles, AnUnknownExtensionIsAReadErrorInBothReadForms) {
-    Write("drawing.dwf", "anything");
-    EXPECT_THROW(PlwHasGearmarkModelDocViews(Path("drawing.dwf")), lode::ReadError);
+    Write("drawing.bin", "anything");
+    EXPECT_THROW(PlwHasGearmarkModelDocViews(Path("drawing.bin")), lode::ReadError);
     PwDbDatabase database(false, true);
-    EXPECT_THROW(PlwHasGearmarkModelDocViews(Path("drawing.dwf"), database), lode::ReadError);
+    EXPECT_THROW(PlwHasGearmarkModelDocViews(Path("drawing.bin"), database), lode::ReadError);
 }
 
 TEST_F(GearmarkFiles, AMissingFileIsNotFound) {

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <random>
@@ -17,6 +18,7 @@
 #include "toolkit/db/PwDbProxyObject.h"
 #include "toolkit/file/PwDbDrawingImage.h"
 #include "toolkit/file/PwDbPlwCodec.h"
+#include "toolkit/file/PwDbPlxCodec.h"
 #include "toolkit/pal/PwFileSystemCalls.h"
 
 namespace {
@@ -233,6 +235,55 @@ TEST_F(DrawingFiles, UnknownClassesComeBackAsProxiesAndAreWrittenBackUnchanged) 
               StatusOk);
     ASSERT_EQ(read.saveAs(Path("again.plw").c_str(), true, PwDb::PwDbPlwVersionCurrent), StatusOk);
     EXPECT_EQ(Read("again.plw"), bytes) << "the proxy's data went back unchanged";
+}
+
+// A dictionary whose class the reader lacks still holds the handles of its entries in the
+// data the proxy keeps: saving it must write those handles, resolved in the drawing the proxy
+// lives in, whichever database the reader made it in first.
+TEST_F(DrawingFiles, UnknownClassesHoldingHandlesSaveInBothFormats) {
+    const auto drawing = pwdbfiletest::MakeSampleDrawing();
+    PwDbDrawingImage image;
+    ASSERT_EQ(drawing->captureImage(image, PwDb::PwDbPlwVersionCurrent), StatusOk);
+    PwDbObjectRecord* last = nullptr;
+    for (PwDbObjectRecord& record : image.objects) {
+        if (record.classChain.front() == u"PwDbDictionary") last = &record;
+    }
+    ASSERT_NE(last, nullptr);
+    last->classChain.front() = u"ThirdPartyDictionary";
+    const bool holdsHandles =
+        std::any_of(last->data.begin(), last->data.end(), [](const PwDbMemoryFiler::Item& item) {
+            return std::holds_alternative<PwDbMemoryFiler::Handle>(item);
+        });
+    ASSERT_TRUE(holdsHandles) << "the test needs a dictionary with entries";
+    std::string native, exchange;
+    ASSERT_EQ(pwdbEncodePlw(image, native), StatusOk);
+    ASSERT_EQ(pwdbEncodePlx(image, 16, exchange), StatusOk);
+    Write("odd.plw", native);
+    Write("odd.plx", exchange);
+
+    for (const char* input : {"odd.plw", "odd.plx"}) {
+        SCOPED_TRACE(input);
+        PwDbDatabase read;
+        const bool isExchange = std::string(input).ends_with(".plx");
+        ASSERT_EQ(isExchange ? read.plxIn(Path(input).c_str())
+                             : read.readPlwFile(Path(input).c_str(),
+                                                PwDbDatabase::OpenModeAlternate),
+                  StatusOk);
+        ASSERT_EQ(read.saveAs(Path("out.plw").c_str(), false, PwDb::PwDbPlwVersionCurrent),
+                  StatusOk);
+        ASSERT_EQ(read.plxOut(Path("out.plx").c_str(), 16, PwDb::PwDbPlwVersionCurrent, true),
+                  StatusOk);
+        EXPECT_EQ(Read("out.plw"), native) << "every handle went back as it was";
+        EXPECT_EQ(Read("out.plx"), exchange);
+
+        PwDbDatabase again;
+        ASSERT_EQ(again.readPlwFile(Path("out.plw").c_str(), PwDbDatabase::OpenModeAlternate),
+                  StatusOk);
+        PwDbObjectPointer<PwDbProxyObject> proxy(again.getPwDbObjectId(last->handle),
+                                                 PwDb::OpenForRead);
+        ASSERT_EQ(proxy.openStatus(), StatusOk);
+        EXPECT_EQ(wstring(proxy->proxiedClassName()), u"ThirdPartyDictionary");
+    }
 }
 
 TEST_F(DrawingFiles, SavingOverTheInputWaitsForCloseInput) {

@@ -96,6 +96,16 @@ void PwDbMemoryFiler::takeRemaining(PwDbMemoryFiler& source) {
 }
 
 Plotwright::ErrorStatus PwDbMemoryFiler::copyTo(PwDbPlwFiler& target) const {
+    return copyTo(target, m_database);
+}
+
+Plotwright::ErrorStatus PwDbMemoryFiler::copyTo(PwDbPlwFiler& target,
+                                                PwDbDatabase* handlesIn) const {
+    // Between memory filers items travel as they are: a handle needs no database then.
+    if (auto* memory = dynamic_cast<PwDbMemoryFiler*>(&target)) {
+        for (const Item& item : m_items) memory->append(item);
+        return Plotwright::StatusOk;
+    }
     for (const Item& item : m_items) {
         Plotwright::ErrorStatus status = Plotwright::StatusOk;
         if (const auto* text = std::get_if<wstring>(&item)) {
@@ -112,7 +122,7 @@ Plotwright::ErrorStatus PwDbMemoryFiler::copyTo(PwDbPlwFiler& target) const {
             status = target.writeBytes(bytes->data(), bytes->size());
         } else if (const auto* handle = std::get_if<Handle>(&item)) {
             PwDbObjectId id =
-                m_database ? m_database->getPwDbObjectId(handle->value, true) : PwDbObjectId();
+                handlesIn ? handlesIn->getPwDbObjectId(handle->value, true) : PwDbObjectId();
             status = target.writeObjectId(id);
         }
         if (status != Plotwright::StatusOk) return status;

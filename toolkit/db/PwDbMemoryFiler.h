@@ -58,8 +58,12 @@ class PwDbMemoryFiler : public PwDbPlwFiler {
     size_t remaining() const { return m_items.size() - m_position; }
     /// Moves every item not read yet from `source` to the end of this filer.
     void takeRemaining(PwDbMemoryFiler& source);
-    /// Writes every item of this filer, in order, to `target`.
+    /// Writes every item of this filer, in order, to `target`; ids are resolved in this
+    /// filer's database.
     Plotwright::ErrorStatus copyTo(PwDbPlwFiler& target) const;
+    /// The same, with ids resolved in `handlesIn` (may be null: ids are then written null);
+    /// a memory filer takes every item as it is, handles included.
+    Plotwright::ErrorStatus copyTo(PwDbPlwFiler& target, PwDbDatabase* handlesIn) const;
     /// Appends one item as it is.
     void append(Item item) { m_items.push_back(std::move(item)); }
 

@@ -48,7 +48,7 @@ class PwDbProxyOf : public Base {
     }
     Plotwright::ErrorStatus plwOutFields(PwDbPlwFiler* filer) const override {
         if (auto status = Base::plwOutFields(filer)) return status;
-        return m_data.rest.copyTo(*filer);
+        return m_data.rest.copyTo(*filer, Base::database());
     }
 
   private:
