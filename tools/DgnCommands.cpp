@@ -70,6 +70,7 @@ int Convert(const DgnOptions& options) {
         std::cerr << "lodeqdb dgn-convert: OUT must end in .plw or .plx\n";
         return ExitUsage;
     }
+    RequireReadableFile(options.file);
     PwDbDatabase drawing(false, true);
     std::vector<LodeQDBUtil::DgnConvertRow> report;
     LodeQDBUtil::ReadDGNToPlwDatabase(FullPath(options.file),
@@ -91,6 +92,8 @@ void AddDgnCommands(CLI::App& app) {
     modelsCommand->add_option("file", models->file, "DGN design file")->required();
     modelsCommand->callback([models] {
         EndWith(RunReportingErrors([&] {
+            // The module answers a file it can't open as one it doesn't understand.
+            RequireReadableFile(models->file);
             for (const wstring& name :
                  LodeQDBUtil::GetModelViewNamesFromDGN(FullPath(models->file)))
                 std::cout << Narrow(name) << '\n';
@@ -105,6 +108,7 @@ void AddDgnCommands(CLI::App& app) {
     refsCommand->add_flag("--json", refs->json, "One JSON array on stdout");
     refsCommand->callback([refs] {
         EndWith(RunReportingErrors([&] {
+            RequireReadableFile(refs->file);
             PrintFileRecords(LodeQDBService::Request::DGNChildren(FullPath(refs->file)),
                              refs->json);
             return ExitSuccess;

@@ -7,6 +7,7 @@
 
 #include "identification/CreatorKind.h"
 #include "identification/FileFormat.h"
+#include "lodeutil/FileUtil.h"
 #include "lodeutil/Utf.h"
 #include "readsave/ReadIntoDatabase.h"
 #include "toolkit/db/PwDbDatabase.h"
@@ -24,9 +25,17 @@ struct TypeOptions {
     bool json = false;
 };
 
-lode::PlwFileType TypeOf(const TypeOptions& options, const wstring& path) {
-    if (options.header) return LodeQDBUtil::GetPlwFileTypeByHeader(path);
-    if (options.database) {
+lode::PlwFileType TypeOf(const TypeOptions& options, const std::string& file) {
+    const wstring path = LodeUtil::Utf16FromUtf8(file);
+    if (options.header) {
+        // The header reader answers every unreadable file with "no application information".
+        RequireReadableFile(file);
+        return LodeQDBUtil::GetPlwFileTypeByHeader(path);
+    }
+    // An exchange file has no header to read: its content tells.
+    const bool exchange =
+        LodeUtil::FileUtil::IsPLXFile(LodeUtil::FileUtil::GetFileExtension(path));
+    if (options.database || exchange) {
         PwDbDatabase drawing(false, true);
         LodeQDBUtil::ReadFileToDatabase(path, drawing, true, false);
         return LodeQDBUtil::GetPlwFileTypeByDatabase(drawing);
@@ -39,7 +48,7 @@ int ShowTypes(const TypeOptions& options) {
     int result = ExitSuccess;
     for (const std::string& file : options.files) {
         const int code = RunReportingErrors([&] {
-            const lode::PlwFileType type = TypeOf(options, LodeUtil::Utf16FromUtf8(file));
+            const lode::PlwFileType type = TypeOf(options, file);
             if (options.json) {
                 const nlohmann::json line = {{"file", file},
                                              {"type", static_cast<int>(type)},
@@ -50,7 +59,7 @@ int ShowTypes(const TypeOptions& options) {
                           << '\n';
             }
             return ExitSuccess;
-        });
+        }, file);
         if (code != ExitSuccess) result = ExitFailure;
     }
     return result;
@@ -61,7 +70,9 @@ int ShowTypes(const TypeOptions& options) {
 void AddIdentifyCommands(CLI::App& app) {
     auto type = std::make_shared<TypeOptions>();
     CLI::App* typeCommand = app.add_subcommand(
-        "type", "Which kind of application made each drawing (its header first, else its content)");
+        "type",
+        "Which kind of application made each drawing (its header first, else its content; an "
+        "exchange file, which has no header, by its content)");
     typeCommand->add_option("files", type->files, "Drawing files")->required();
     auto* header = typeCommand->add_flag("--header", type->header,
                                          "Tell by the header alone (fails without an owner entry)");
@@ -75,12 +86,15 @@ void AddIdentifyCommands(CLI::App& app) {
         app.add_subcommand("creator", "The name of the application that made a drawing");
     creator->add_option("file", *creatorFile, "Drawing file")->required();
     creator->callback([creatorFile] {
-        EndWith(RunReportingErrors([&] {
-            std::cout << Narrow(
-                             LodeQDBUtil::GetPlwCreatorName(LodeUtil::Utf16FromUtf8(*creatorFile)))
-                      << '\n';
-            return ExitSuccess;
-        }));
+        EndWith(RunReportingErrors(
+            [&] {
+                RequireReadableFile(*creatorFile);
+                std::cout << Narrow(LodeQDBUtil::GetPlwCreatorName(
+                                 LodeUtil::Utf16FromUtf8(*creatorFile)))
+                          << '\n';
+                return ExitSuccess;
+            },
+            *creatorFile));
     });
 
     auto formatFile = std::make_shared<std::string>();

@@ -2,12 +2,20 @@
 #include "tools/Output.h"
 
 #include <CLI/CLI.hpp>
+#include <cerrno>
+#include <fcntl.h>
 #include <iostream>
+#include <optional>
+#include <sys/stat.h>
 #include <typeinfo>
+#include <unistd.h>
 
 #include "lodeutil/AbsoluteFilePath.h"
+#include "lodeutil/FileSystem.h"
+#include "lodeutil/Format.h"
 #include "lodeutil/Utf.h"
 #include "platform/LodeExceptions.h"
+#include "platform/MessageTexts.h"
 #include "toolkit/pal/PwLocale.h"
 #include "toolkit/rx/PwRxDictionary.h"
 #include "toolkit/rx/PwRxDynamicLinker.h"
@@ -35,20 +43,63 @@ std::string Narrow(const wstring& text) {
     return LodeUtil::Utf8FromUtf16(text);
 }
 
-int RunReportingErrors(const std::function<int()>& command) {
+namespace {
+
+// The message of `error`, with `file` put in when the library made it with an empty name.
+wstring MessageNaming(const lode::LodeException& error, const std::optional<std::string>& file) {
+    if (!file || dynamic_cast<const lode::FileError*>(&error) == nullptr) return error.message();
+    const wstring text = LodeQDBUtil::LoadMessageText(error.code());
+    wstring nameless;
+    LodeUtil::FormatMsg1(nameless, text, wstring());
+    if (error.message() != nameless) return error.message();
+    wstring named;
+    LodeUtil::FormatMsg1(named, text, LodeUtil::Utf16FromUtf8(*file));
+    return named;
+}
+
+int ReportErrors(const std::function<int()>& command, const std::optional<std::string>& file) {
+    const std::string prefix = file ? "lodeqdb: " + *file + ": " : "lodeqdb: ";
     try {
         return command();
     } catch (const lode::PlotwrightException& error) {
-        std::cerr << "lodeqdb: PlotwrightException (code " << error.code() << ", status "
+        std::cerr << prefix << "PlotwrightException (code " << error.code() << ", status "
                   << static_cast<int>(error.status()) << ")\n";
     } catch (const lode::LodeException& error) {
-        std::cerr << "lodeqdb: " << ExceptionClassName(error) << " (code " << error.code() << ")";
-        if (!error.message().empty()) std::cerr << ": " << Narrow(error.message());
+        std::cerr << prefix << ExceptionClassName(error) << " (code " << error.code() << ")";
+        const wstring message = MessageNaming(error, file);
+        if (!message.empty()) std::cerr << ": " << Narrow(message);
         std::cerr << '\n';
     } catch (const std::exception& error) {
-        std::cerr << "lodeqdb: " << error.what() << '\n';
+        std::cerr << prefix << error.what() << '\n';
     }
     return ExitFailure;
+}
+
+}  // namespace
+
+int RunReportingErrors(const std::function<int()>& command) {
+    return ReportErrors(command, std::nullopt);
+}
+
+int RunReportingErrors(const std::function<int()>& command, const std::string& file) {
+    return ReportErrors(command, file);
+}
+
+void RequireReadableFile(const std::string& file) {
+    const wstring path = FullPath(file);
+    const std::optional<std::string> native = LodeUtil::NativePath(path);
+    if (!native) throw lode::NotFound(path);
+    // O_NONBLOCK: opening a pipe that has no writer must not wait.
+    const int fd = ::open(native->c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    if (fd < 0) {
+        if (errno == EACCES || errno == EPERM) throw lode::SecurityError(path);
+        if (errno == ENOENT || errno == ENOTDIR) throw lode::NotFound(path);
+        throw lode::ReadError(path);
+    }
+    struct stat status {};
+    const bool regular = ::fstat(fd, &status) == 0 && S_ISREG(status.st_mode);
+    ::close(fd);
+    if (!regular) throw lode::ReadError(path);
 }
 
 bool ChooseLocale(const std::string& tag) {

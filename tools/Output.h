@@ -23,6 +23,15 @@ std::string Narrow(const wstring& text);
 /// Runs `command`, turning a library exception into its class, code and message on stderr
 /// and ExitFailure.
 int RunReportingErrors(const std::function<int()>& command);
+/// The same for a command about `file`: the line names the file, and a file error whose
+/// message was made without a name (the library leaves the name out where a file was read
+/// under another name than the caller's) gets its message again with `file` in it.
+int RunReportingErrors(const std::function<int()>& command, const std::string& file);
+/// Throws the file error a reader would give when `file` can't be opened for reading:
+/// lode::NotFound when it isn't there, lode::SecurityError when access is refused,
+/// lode::ReadError when it isn't a regular file (a folder, a pipe, a device). For commands
+/// whose library call answers such a file with something less precise.
+void RequireReadableFile(const std::string& file);
 
 /// Ends a subcommand's callback with `code` unless it is ExitSuccess (CLI11 then exits with it).
 void EndWith(int code);

@@ -25,8 +25,11 @@ std::string Slurp(const std::string& path) {
 
 }  // namespace
 
-CliResult RunCli(const std::vector<std::string>& arguments, const std::string& scratchFolder) {
-    std::string command = Quoted(LODEQDB_CLI);
+namespace {
+
+CliResult RunCommand(std::string command, const std::vector<std::string>& arguments,
+                     const std::string& scratchFolder) {
+    command += Quoted(LODEQDB_CLI);
     for (const std::string& argument : arguments) command += " " + Quoted(argument);
     const std::string out = scratchFolder + "/cli.out";
     const std::string err = scratchFolder + "/cli.err";
@@ -37,6 +40,19 @@ CliResult RunCli(const std::vector<std::string>& arguments, const std::string& s
     result.out = Slurp(out);
     result.err = Slurp(err);
     return result;
+}
+
+}  // namespace
+
+CliResult RunCli(const std::vector<std::string>& arguments, const std::string& scratchFolder) {
+    return RunCommand("", arguments, scratchFolder);
+}
+
+CliResult RunCliAsUser(unsigned uid, const std::vector<std::string>& arguments,
+                       const std::string& scratchFolder) {
+    const std::string id = std::to_string(uid);
+    return RunCommand("setpriv --reuid=" + id + " --regid=" + id + " --clear-groups ", arguments,
+                      scratchFolder);
 }
 
 std::vector<std::string> Lines(const std::string& text) {

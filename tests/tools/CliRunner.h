@@ -16,6 +16,11 @@ struct CliResult {
 /// `scratchFolder`.
 CliResult RunCli(const std::vector<std::string>& arguments, const std::string& scratchFolder);
 
+/// RunCli as another user (numeric `uid`, its group the same number), for tests of files that
+/// user may not read; the output files are opened by the caller.
+CliResult RunCliAsUser(unsigned uid, const std::vector<std::string>& arguments,
+                       const std::string& scratchFolder);
+
 /// The lines of `text`, without their line ends.
 std::vector<std::string> Lines(const std::string& text);
 

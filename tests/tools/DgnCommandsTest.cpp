@@ -2,6 +2,8 @@
 // DGN writer.
 #include <gtest/gtest.h>
 #include <stdlib.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <nlohmann/json.hpp>
 
@@ -13,6 +15,7 @@ namespace {
 
 using lodeqdbclitest::Lines;
 using lodeqdbclitest::RunCli;
+using lodeqdbclitest::RunCliAsUser;
 
 class DgnCommands : public lodeqdbtest::TempFolderTest {
   protected:
@@ -103,6 +106,27 @@ TEST_F(DgnCommands, ConvertNamesTheModelExactly) {
     result = RunCli({"dgn-convert", File("site.dgn"), File("b.plw"), "--model", "default"}, folder);
     EXPECT_EQ(result.exitCode, 1);
     EXPECT_NE(result.err.find("NotFound"), std::string::npos) << result.err;
+}
+
+// A design file the user may not read is a security error, not one of an unknown format;
+// a missing one is not found, and a pipe is refused without waiting for a writer.
+TEST_F(DgnCommands, UnreadableMissingAndNonRegularFilesSayWhy) {
+    ASSERT_EQ(::chmod(folder.c_str(), 0755), 0);
+    ASSERT_EQ(::chmod(File("site.dgn").c_str(), 0), 0);
+    ASSERT_EQ(::mkfifo(File("pipe.dgn").c_str(), 0644), 0);
+    constexpr unsigned kNobody = 65534;
+    for (const char* command : {"dgn-models", "dgn-refs"}) {
+        // Root reads every file; an unprivileged user is refused as users are.
+        auto result = ::geteuid() == 0 ? RunCliAsUser(kNobody, {command, File("site.dgn")}, folder)
+                                       : RunCli({command, File("site.dgn")}, folder);
+        EXPECT_EQ(result.exitCode, 1) << command;
+        EXPECT_NE(result.err.find("SecurityError (code 104)"), std::string::npos) << result.err;
+        result = RunCli({command, File("missing.dgn")}, folder);
+        EXPECT_NE(result.err.find("NotFound (code 102)"), std::string::npos) << result.err;
+        result = RunCli({command, File("pipe.dgn")}, folder);
+        EXPECT_EQ(result.exitCode, 1) << command;
+        EXPECT_NE(result.err.find("ReadError (code 101)"), std::string::npos) << result.err;
+    }
 }
 
 TEST_F(DgnCommands, FailuresAndUsage) {

@@ -115,6 +115,36 @@ TEST_F(IdentifyCommands, TheFormatIsNumberedAndNamed) {
     EXPECT_NE(result.err.find("NotFound (code"), std::string::npos);
 }
 
+// A file that fails is named, also where the library's message leaves the name out.
+TEST_F(IdentifyCommands, ErrorsNameTheFile) {
+    const auto result = RunCli({"type", File("missing.plw")}, folder);
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_NE(result.err.find("NotFound (code 102)"), std::string::npos) << result.err;
+    EXPECT_NE(result.err.find("\"" + File("missing.plw") + "\""), std::string::npos)
+        << result.err;
+    EXPECT_EQ(result.err.find("\"\""), std::string::npos) << result.err;
+}
+
+// The header reader can't tell a missing file from one without application information;
+// the client can, and says which.
+TEST_F(IdentifyCommands, AMissingFileIsNotFoundByHeaderAndCreatorToo) {
+    for (const std::vector<std::string>& command :
+         {std::vector<std::string>{"type", "--header", File("missing.plw")},
+          std::vector<std::string>{"creator", File("missing.plw")}}) {
+        const auto result = RunCli(command, folder);
+        EXPECT_EQ(result.exitCode, 1) << command[0];
+        EXPECT_NE(result.err.find("NotFound (code 102)"), std::string::npos) << result.err;
+        EXPECT_EQ(result.err.find("NoAppInfo"), std::string::npos) << result.err;
+    }
+}
+
+// An exchange file has no header; its content tells its type, as with --database.
+TEST_F(IdentifyCommands, AnExchangeFileIsTypedByItsContent) {
+    const auto result = RunCli({"type", File("plain.plx")}, folder);
+    EXPECT_EQ(result.exitCode, 0) << result.err;
+    EXPECT_EQ(result.out, File("plain.plx") + ": 1 PlwTypePlain\n");
+}
+
 TEST_F(IdentifyCommands, UsageErrorsExitWithTwoAndHelpWithZero) {
     EXPECT_EQ(RunCli({"type"}, folder).exitCode, 2);
     EXPECT_EQ(RunCli({"format"}, folder).exitCode, 2);
@@ -175,7 +205,8 @@ TEST_F(SaveCommand, StatusesAndNothingWrittenAreSaid) {
     EXPECT_EQ(result.out, "status 434\n");
     result = RunCli({"save", File("gen5.plw"), File("cur.plw"), "--format", "8"}, folder);
     EXPECT_EQ(result.exitCode, 0);
-    EXPECT_EQ(result.out, "status 0 (nothing written)\n");
+    EXPECT_EQ(result.out, "status 0\n");
+    EXPECT_EQ(FormatOf("cur.plw"), "8 FormatCurrent\n") << "8 is the current generation";
     result = RunCli({"save", File("missing.plw"), File("x.plw")}, folder);
     EXPECT_EQ(result.exitCode, 1);
     EXPECT_NE(result.err.find("NotFound"), std::string::npos);
@@ -188,6 +219,39 @@ TEST_F(SaveCommand, StatusesAndNothingWrittenAreSaid) {
         RunCli({"save", File("gen5.plw"), File("x.plw"), "--original", "--plx"}, folder).exitCode,
         2);
     EXPECT_EQ(RunCli({"save", "--help"}, folder).exitCode, 0);
+}
+
+// Generations that OUT can't be written in are usage errors, and nothing is written: not
+// even over an OUT that is already there, which must not be reported as written.
+TEST_F(SaveCommand, GenerationsThatCantBeWrittenAreUsageErrors) {
+    Write("there.plw", "old bytes");
+    for (const char* format : {"0", "1", "9", "-1", "100"}) {
+        for (const char* out : {"new.plw", "there.plw"}) {
+            const auto result =
+                RunCli({"save", File("gen5.plw"), File(out), "--format", format, "--json"}, folder);
+            EXPECT_EQ(result.exitCode, 2) << format << ' ' << out;
+            EXPECT_EQ(result.out.find("written"), std::string::npos) << result.out;
+        }
+    }
+    for (const char* format : {"0", "2", "9"}) {
+        const auto result =
+            RunCli({"save", File("gen5.plw"), File("there.plx"), "--plx", "--format", format},
+                   folder);
+        EXPECT_EQ(result.exitCode, 2) << format;
+    }
+    EXPECT_EQ(Read("new.plw"), "");
+    EXPECT_EQ(Read("there.plw"), "old bytes");
+    EXPECT_EQ(Read("there.plx"), "");
+}
+
+// "written" tells whether OUT is a new file, also when a file of that name was there before.
+TEST_F(SaveCommand, WrittenIsTrueOnlyForANewFile) {
+    Write("there.plw", "old bytes");
+    const auto result =
+        RunCli({"save", File("gen5.plw"), File("there.plw"), "--format", "3", "--json"}, folder);
+    EXPECT_EQ(result.exitCode, 0) << result.err;
+    EXPECT_EQ(nlohmann::json::parse(result.out)["written"], true);
+    EXPECT_EQ(FormatOf("there.plw"), "3 FormatGeneration3\n");
 }
 
 }  // namespace

@@ -77,4 +77,12 @@ TEST_F(SampleCommand, AFolderThatCantBeMadeIsAFailure) {
     EXPECT_EQ(RunCli({"sample"}, folder).exitCode, 2);
 }
 
+// An empty folder name would put the project at the file system's root.
+TEST_F(SampleCommand, AnEmptyFolderNameIsAUsageError) {
+    const auto result = RunCli({"sample", ""}, folder);
+    EXPECT_EQ(result.exitCode, 2);
+    EXPECT_NE(result.err.find("DIR must not be empty"), std::string::npos) << result.err;
+    EXPECT_EQ(result.out, "");
+}
+
 }  // namespace
