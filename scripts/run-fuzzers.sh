@@ -11,12 +11,14 @@ cmake --build --preset fuzz
 
 work=build/fuzz/corpus
 rm -rf "$work"
-mkdir -p "$work/seeds" "$work/plw" "$work/plx" "$work/appinfo" "$work/property_set" "$work/dgn"
+mkdir -p "$work/seeds" "$work/plw" "$work/plx" "$work/appinfo" "$work/property_set" "$work/dgn" \
+    "$work/round_trip"
 build/fuzz/bin/make_fuzz_seeds "$work/seeds"
 cp "$work"/seeds/*.plw "$work/plw/"
 cp "$work"/seeds/*.plx "$work/plx/"
 cp "$work"/seeds/*.plw "$work/appinfo/"
 cp "$work"/seeds/*.txt "$work/property_set/"
+cp "$work"/seeds/*.plw "$work"/seeds/*.plx "$work/round_trip/"
 build/fuzz/bin/make_dgn_samples "$work/dgn"
 
 fuzz() {
@@ -29,6 +31,7 @@ fuzz() {
 
 fuzz plw_reader_fuzz plw
 fuzz plx_reader_fuzz plx
+fuzz save_round_trip_fuzz round_trip
 fuzz appinfo_reader_fuzz appinfo
 fuzz property_set_fuzz property_set
 fuzz dgn_reader_fuzz dgn

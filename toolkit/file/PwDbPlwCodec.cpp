@@ -187,7 +187,8 @@ bool ReservedBytesAreZero(std::string_view header) {
 bool ReadHeader(std::string_view file, PlwHeader& header) {
     if (file.size() < kHeaderSize) return false;
     const std::string_view head = file.substr(0, kHeaderSize);
-    if (LittleAt(head, kHeaderCrcOffset, 4) != pwdbPlwCrc32(head.substr(0, kHeaderCrcOffset))) {
+    if (!pwdbPlwChecksumHolds(static_cast<uint32_t>(LittleAt(head, kHeaderCrcOffset, 4)),
+                              head.substr(0, kHeaderCrcOffset))) {
         return false;
     }
     const uint64_t version = LittleAt(head, kVersionOffset, 4);
@@ -245,7 +246,7 @@ struct Section {
     std::string_view payload;
     uint32_t crc = 0;
 
-    bool sound() const { return crc == pwdbPlwCrc32(payload); }
+    bool sound() const { return pwdbPlwChecksumHolds(crc, payload); }
 };
 
 bool ReadSection(PwDbPlwReader& in, Section& section) {
@@ -312,7 +313,7 @@ ErrorStatus DecodeInto(std::string_view file, PwDbDrawingImage& image) {
     PlwHeader header;
     if (!ReadHeader(file, header)) return Plotwright::StatusBadFileFormat;
     const auto appInfo = file.substr(kHeaderSize, header.sectionsOffset - kHeaderSize);
-    if (pwdbPlwCrc32(appInfo) != header.appInfoCrc || !ReadAppInfo(appInfo, image.appInfo)) {
+    if (!pwdbPlwChecksumHolds(header.appInfoCrc, appInfo) || !ReadAppInfo(appInfo, image.appInfo)) {
         return Plotwright::StatusBadFileFormat;
     }
     if (!ReadSections(file.substr(header.sectionsOffset), header.version, image)) {
