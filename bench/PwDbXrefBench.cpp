@@ -41,7 +41,12 @@ struct DrawingTree {
 };
 
 std::string FileName(int level, int index) {
-    return "L" + std::to_string(level) + "_" + std::to_string(index) + ".plw";
+    // Appended piece by piece: g++ 12 at -O3 warns falsely (-Wrestrict) of "literal" + string.
+    std::string name = "L";
+    name += std::to_string(level);
+    name += '_';
+    name += std::to_string(index);
+    return name + ".plw";
 }
 
 void WriteFile(const std::string& path, const std::string& bytes) {

@@ -136,7 +136,11 @@ bool WriteString(const wstring& section, const wstring& key, const wstring& valu
         lines.insert(lines.begin() + static_cast<std::ptrdiff_t>(insertAt), entry);
     } else {
         if (!lines.empty()) lines.back() = WithLineEnd(lines.back());
-        lines.push_back("[" + Utf8FromUtf16(section) + "]\n");
+        // Appended: g++ 12 at -O3 warns falsely (-Wrestrict) of "literal" + string.
+        std::string header = "[";
+        header += Utf8FromUtf16(section);
+        header += "]\n";
+        lines.push_back(std::move(header));
         lines.push_back(entry);
     }
     return WriteReplacing(*native, Joined(lines));

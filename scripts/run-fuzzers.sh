@@ -24,9 +24,16 @@ build/fuzz/bin/make_dgn_samples "$work/dgn"
 fuzz() {
     local target="$1" corpus="$2"
     echo "=== fuzzing ${target} for ${seconds} s"
-    build/fuzz/bin/${target} -max_total_time="$seconds" -rss_limit_mb=2048 \
-        -print_final_stats=1 -artifact_prefix="build/fuzz/${target}-" "$work/$corpus" 2>&1 |
-        tail -n 30
+    local log="build/fuzz/${target}.log"
+    # The whole log is kept; a run without finding shows its final statistics only.
+    if ! build/fuzz/bin/${target} -max_total_time="$seconds" -rss_limit_mb=2048 \
+        -print_final_stats=1 -artifact_prefix="build/fuzz/${target}-" "$work/$corpus" \
+        >"$log" 2>&1; then
+        tail -n 60 "$log"
+        echo "fuzzing: ${target} found a failure; the input is beside its log in build/fuzz/"
+        return 1
+    fi
+    grep '^stat::' "$log"
 }
 
 fuzz plw_reader_fuzz plw

@@ -260,7 +260,7 @@ TEST_F(ToolkitFiles, EverySavedGenerationFromPW1018OnCarriesTheOwnersEntries) {
     const wstring owner = pwdbHostApplicationServices()->ownerGuid();
     for (int version = PwDb::PwDbPlwVersionOldest; version <= PwDb::PwDbPlwVersionCurrent;
          ++version) {
-        const wstring path = Path("v" + std::to_string(version) + ".plw");
+        const wstring path = Path(std::to_string(version).insert(0, 1, 'v') + ".plw");
         ASSERT_EQ(drawing->saveAs(path.c_str(), false, static_cast<PwDb::PwDbPlwVersion>(version)),
                   Plotwright::StatusOk);
         AppInfoMap entries;

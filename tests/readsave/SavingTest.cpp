@@ -94,7 +94,7 @@ TEST_F(Saving, EveryGenerationIsWrittenAndReadBackAsItself) {
     auto drawing = ReadVersion(33, "a.plw");
     for (int format = lode::FormatOldestPlw; format <= lode::FormatGeneration7; ++format) {
         const auto generation = static_cast<lode::PlotwrightFileFormat>(format);
-        const std::string name = "g" + std::to_string(format);
+        const std::string name = std::to_string(format).insert(0, 1, 'g');
         ASSERT_EQ(LodeQDBUtil::DbSaveAsPreviousVersionforLODEHOST(*drawing, Path(name + ".plw"),
                                                                   generation),
                   StatusOk);
@@ -102,7 +102,7 @@ TEST_F(Saving, EveryGenerationIsWrittenAndReadBackAsItself) {
     }
     for (int format = lode::FormatOldestPlx; format <= lode::FormatCurrent; ++format) {
         const auto generation = static_cast<lode::PlotwrightFileFormat>(format);
-        const std::string name = "g" + std::to_string(format) + ".plx";
+        const std::string name = std::to_string(format).insert(0, 1, 'g') + ".plx";
         const Plotwright::ErrorStatus status =
             LodeQDBUtil::DbSaveAsforPLX(*drawing, Path(name), generation);
         if (generation == lode::FormatOldestPlw) {

@@ -42,7 +42,7 @@ TEST_F(DrawingFiles, NativeRoundTripInEveryVersion) {
     const auto drawing = pwdbfiletest::MakeSampleDrawing();
     for (int version = kPwDbOldestVersion; version <= kPwDbNewestVersion; ++version) {
         SCOPED_TRACE(version);
-        const wstring path = Path("v" + std::to_string(version) + ".plw");
+        const wstring path = Path(std::to_string(version).insert(0, 1, 'v') + ".plw");
         ASSERT_EQ(drawing->saveAs(path.c_str(), false, static_cast<PwDb::PwDbPlwVersion>(version)),
                   StatusOk);
         EXPECT_EQ(drawing->lastSavedAsVersion(), version);
@@ -62,7 +62,7 @@ TEST_F(DrawingFiles, ExchangeRoundTripInEveryVersion) {
     const auto drawing = pwdbfiletest::MakeSampleDrawing();
     for (int version = kPwDbOldestVersion; version <= kPwDbNewestVersion; ++version) {
         SCOPED_TRACE(version);
-        const wstring path = Path("v" + std::to_string(version) + ".plx");
+        const wstring path = Path(std::to_string(version).insert(0, 1, 'v') + ".plx");
         ASSERT_EQ(
             drawing->plxOut(path.c_str(), 16, static_cast<PwDb::PwDbPlwVersion>(version), true),
             StatusOk);

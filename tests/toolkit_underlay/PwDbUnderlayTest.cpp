@@ -80,7 +80,8 @@ TEST_F(Underlays, EachKindLoadsItsOwnFiles) {
         {PwDbPlfDefinition::desc(), u"docs\\sheet.plf"}};
     int n = 0;
     for (const auto& [kind, source] : cases) {
-        const PwDbObjectId id = Define(kind, u"K" + std::u16string(1, u'0' + n++), source);
+        const std::u16string name{u'K', static_cast<char16_t>(u'0' + n++)};
+        const PwDbObjectId id = Define(kind, name, source);
         PwDbObjectPointer<PwDbUnderlayDefinition> definition(id, PwDb::OpenForWrite);
         EXPECT_FALSE(definition->isLoaded());
         ASSERT_EQ(definition->load(nullptr), StatusOk) << n;
@@ -104,7 +105,8 @@ TEST_F(Underlays, AFileOfAnotherKindOrOfNoneIsRefused) {
     int n = 0;
     for (const auto& [kind, source] : cases) {
         PwDbObjectPointer<PwDbUnderlayDefinition> definition(
-            Define(kind, u"K" + std::u16string(1, u'0' + n++), source), PwDb::OpenForWrite);
+            Define(kind, std::u16string{u'K', static_cast<char16_t>(u'0' + n++)}, source),
+            PwDb::OpenForWrite);
         EXPECT_EQ(definition->load(nullptr), Plotwright::StatusBadFileFormat) << n;
         EXPECT_FALSE(definition->isLoaded());
     }

@@ -30,10 +30,16 @@ namespace {
 CliResult RunCommand(std::string command, const std::vector<std::string>& arguments,
                      const std::string& scratchFolder) {
     command += Quoted(LODEQDB_CLI);
-    for (const std::string& argument : arguments) command += " " + Quoted(argument);
+    for (const std::string& argument : arguments) {
+        command += ' ';
+        command += Quoted(argument);
+    }
     const std::string out = scratchFolder + "/cli.out";
     const std::string err = scratchFolder + "/cli.err";
-    command += " >" + Quoted(out) + " 2>" + Quoted(err);
+    command += " >";
+    command += Quoted(out);
+    command += " 2>";
+    command += Quoted(err);
     const int status = std::system(command.c_str());
     CliResult result;
     result.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -1;

@@ -39,7 +39,8 @@ class DependencyCommands : public lodeqdbtest::TempFolderTest {
         auto drawing = PwDbAuthoring::createDrawing();
         int n = 0;
         for (const wstring& path : references)
-            ASSERT_EQ(PwDbAuthoring::addXref(*drawing, u"R" + std::u16string(1, u'0' + n++), path),
+            ASSERT_EQ(PwDbAuthoring::addXref(
+                          *drawing, std::u16string{u'R', static_cast<char16_t>(u'0' + n++)}, path),
                       Plotwright::StatusOk);
         ASSERT_EQ(drawing->saveAs(Path(name).c_str(), false, PwDb::PwDbPlwVersionCurrent),
                   Plotwright::StatusOk);

@@ -120,8 +120,8 @@ TEST_F(IdentifyCommands, ErrorsNameTheFile) {
     const auto result = RunCli({"type", File("missing.plw")}, folder);
     EXPECT_EQ(result.exitCode, 1);
     EXPECT_NE(result.err.find("NotFound (code 102)"), std::string::npos) << result.err;
-    EXPECT_NE(result.err.find("\"" + File("missing.plw") + "\""), std::string::npos)
-        << result.err;
+    const std::string quoted = File("missing.plw").insert(0, 1, '"') + '"';
+    EXPECT_NE(result.err.find(quoted), std::string::npos) << result.err;
     EXPECT_EQ(result.err.find("\"\""), std::string::npos) << result.err;
 }
 
