@@ -6,10 +6,10 @@
 #include <filesystem>
 #include <string>
 
-#include "tools/dgnwriter/DgnV7Writer.h"
 #include "lodeutil/Utf.h"
 #include "readsave/DgnTranslation.h"
 #include "toolkit/db/PwDbDatabase.h"
+#include "tools/dgnwriter/DgnV7Writer.h"
 
 namespace {
 
@@ -19,9 +19,9 @@ constexpr int kElements = 20000;
 class DesignFile {
   public:
     explicit DesignFile(bool cells) {
-        m_path = std::filesystem::temp_directory_path() /
-                 ("lodeqdb-bench-" + std::to_string(getpid()) + (cells ? "-cells" : "-lines") +
-                  ".dgn");
+        m_path =
+            std::filesystem::temp_directory_path() /
+            ("lodeqdb-bench-" + std::to_string(getpid()) + (cells ? "-cells" : "-lines") + ".dgn");
         DgnWriter::DgnV7Writer dgn(false);
         for (int i = 0; i < kElements; ++i) {
             if (cells) dgn.beginCell("DOOR", {i, 0});

@@ -26,6 +26,56 @@ struct DgnOptions {
     bool json = false;
 };
 
+// The element types of DGN V7 design files, as their public description names them.
+std::string DgnElementTypeWords(int32_t type) {
+    switch (type) {
+        case 1:
+            return "cell library header";
+        case 2:
+            return "cell";
+        case 3:
+            return "line";
+        case 4:
+            return "line string";
+        case 5:
+            return "group data";
+        case 6:
+            return "shape";
+        case 7:
+            return "text node";
+        case 8:
+            return "digitizer setup";
+        case 9:
+            return "design file header";
+        case 10:
+            return "level symbology";
+        case 11:
+            return "curve";
+        case 12:
+            return "complex chain";
+        case 14:
+            return "complex shape";
+        case 15:
+            return "ellipse";
+        case 16:
+            return "arc";
+        case 17:
+            return "text";
+        case 18:
+            return "3D surface";
+        case 19:
+            return "3D solid";
+        case 34:
+            return "shared cell definition";
+        case 35:
+            return "shared cell";
+        case 66:
+            return "application data";
+        default:
+            return "other";
+    }
+}
+
 void PrintReport(const std::vector<LodeQDBUtil::DgnConvertRow>& report, const wstring& output,
                  bool json) {
     if (json) {
@@ -53,12 +103,16 @@ void PrintReport(const std::vector<LodeQDBUtil::DgnConvertRow>& report, const ws
         return;
     }
     for (const auto& row : report) {
-        if (row.className.empty()) {
-            std::cout << "element type " << row.elementType << "\tskipped\t" << row.count << '\n';
-        } else {
-            std::cout << "element type " << row.elementType << '\t' << Narrow(row.className) << '\t'
-                      << row.count << '\n';
+        if (row.elementType < 0) {
+            std::cout << row.count << " unreadable bytes after the last whole element: left out\n";
+            continue;
         }
+        std::cout << "type " << row.elementType << " (" << DgnElementTypeWords(row.elementType)
+                  << "): " << row.count << (row.count == 1 ? " element " : " elements ");
+        if (row.className.empty())
+            std::cout << "left out\n";
+        else
+            std::cout << "became " << Narrow(row.className) << '\n';
     }
     std::cout << "written " << Narrow(output) << '\n';
 }

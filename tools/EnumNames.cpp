@@ -1,3 +1,4 @@
+// The names and plain words of the library's enumerations, as the client prints them.
 #include "tools/EnumNames.h"
 
 namespace lodeqdb::cli {
@@ -80,6 +81,83 @@ std::string XrefStatusName(PwDb::XrefStatus status) {
             return "XrefFilePresentUnresolved";
     }
     return "XrefStatus" + std::to_string(static_cast<int>(status));
+}
+
+std::string PlwFileTypeWords(lode::PlwFileType type) {
+    switch (type) {
+        case lode::PlwTypeUnknown:
+            return "made by an application this library doesn't know";
+        case lode::PlwTypePlain:
+            return "made by a plain drawing application, without any add-on's marks";
+        case lode::PlwTypeMarkerBlock:
+            return "made by the marker-block application";
+        case lode::PlwTypeGearmark:
+            return "made by the Gearmark mechanical application";
+        case lode::PlwTypeScope:
+            return "made by the Scope application, a scope drawing";
+        case lode::PlwTypeScopeMaster:
+            return "made by the Scope application, a scope master drawing";
+        case lode::PlwTypeTreeNode:
+            return "made by the tree-node application";
+    }
+    return "of a kind this client has no words for";
+}
+
+std::string PlotwrightFileFormatWords(lode::PlotwrightFileFormat format) {
+    switch (format) {
+        case lode::FormatUnsupported:
+            return "a format generation this library doesn't support";
+        case lode::FormatOldestPlx:
+            return "the oldest generation of exchange files";
+        case lode::FormatOldestPlw:
+            return "the oldest generation of drawing files";
+        case lode::FormatGeneration3:
+        case lode::FormatGeneration4:
+        case lode::FormatGeneration5:
+        case lode::FormatGeneration6:
+        case lode::FormatGeneration7:
+            return "an earlier generation, " + std::to_string(static_cast<int>(format)) +
+                   " of 8, readable by older applications";
+        case lode::FormatCurrent:
+            return "the current generation, 8 of 8";
+    }
+    return "a generation this client has no words for";
+}
+
+std::string XrefStatusWords(PwDb::XrefStatus status) {
+    switch (status) {
+        case PwDb::XrefNotAnXref:
+            return "not a reference";
+        case PwDb::XrefResolved:
+            return "found";
+        case PwDb::XrefUnloaded:
+            return "unloaded";
+        case PwDb::XrefUnreferenced:
+            return "not used";
+        case PwDb::XrefFileMissing:
+            return "missing";
+        case PwDb::XrefFilePresentUnresolved:
+            return "unresolved";
+    }
+    return "status " + std::to_string(static_cast<int>(status));
+}
+
+std::string FileTypeWords(lode::FileType type) {
+    switch (type) {
+        case lode::Unknown:
+            return "unknown kind";
+        case lode::Plw:
+            return "drawing";
+        case lode::Image:
+            return "image";
+        case lode::PlxOrPlf:
+            return "exchange or PLF file";
+        case lode::Dgn:
+            return "DGN design file";
+        case lode::Pdf:
+            return "PDF";
+    }
+    return "kind " + std::to_string(static_cast<int>(type));
 }
 
 }  // namespace lodeqdb::cli

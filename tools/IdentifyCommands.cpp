@@ -33,8 +33,7 @@ lode::PlwFileType TypeOf(const TypeOptions& options, const std::string& file) {
         return LodeQDBUtil::GetPlwFileTypeByHeader(path);
     }
     // An exchange file has no header to read: its content tells.
-    const bool exchange =
-        LodeUtil::FileUtil::IsPLXFile(LodeUtil::FileUtil::GetFileExtension(path));
+    const bool exchange = LodeUtil::FileUtil::IsPLXFile(LodeUtil::FileUtil::GetFileExtension(path));
     if (options.database || exchange) {
         PwDbDatabase drawing(false, true);
         LodeQDBUtil::ReadFileToDatabase(path, drawing, true, false);
@@ -47,19 +46,21 @@ lode::PlwFileType TypeOf(const TypeOptions& options, const std::string& file) {
 int ShowTypes(const TypeOptions& options) {
     int result = ExitSuccess;
     for (const std::string& file : options.files) {
-        const int code = RunReportingErrors([&] {
-            const lode::PlwFileType type = TypeOf(options, file);
-            if (options.json) {
-                const nlohmann::json line = {{"file", file},
-                                             {"type", static_cast<int>(type)},
-                                             {"typeName", PlwFileTypeName(type)}};
-                std::cout << line.dump() << '\n';
-            } else {
-                std::cout << file << ": " << static_cast<int>(type) << ' ' << PlwFileTypeName(type)
-                          << '\n';
-            }
-            return ExitSuccess;
-        }, file);
+        const int code = RunReportingErrors(
+            [&] {
+                const lode::PlwFileType type = TypeOf(options, file);
+                if (options.json) {
+                    const nlohmann::json line = {{"file", file},
+                                                 {"type", static_cast<int>(type)},
+                                                 {"typeName", PlwFileTypeName(type)}};
+                    std::cout << line.dump() << '\n';
+                } else {
+                    std::cout << file << ": " << static_cast<int>(type) << ' '
+                              << PlwFileTypeName(type) << " (" << PlwFileTypeWords(type) << ")\n";
+                }
+                return ExitSuccess;
+            },
+            file);
         if (code != ExitSuccess) result = ExitFailure;
     }
     return result;
@@ -82,16 +83,23 @@ void AddIdentifyCommands(CLI::App& app) {
     typeCommand->callback([type] { EndWith(ShowTypes(*type)); });
 
     auto creatorFile = std::make_shared<std::string>();
+    auto creatorJson = std::make_shared<bool>(false);
     CLI::App* creator =
         app.add_subcommand("creator", "The name of the application that made a drawing");
     creator->add_option("file", *creatorFile, "Drawing file")->required();
-    creator->callback([creatorFile] {
+    creator->add_flag("--json", *creatorJson, "One JSON object on stdout");
+    creator->callback([creatorFile, creatorJson] {
         EndWith(RunReportingErrors(
             [&] {
                 RequireReadableFile(*creatorFile);
-                std::cout << Narrow(LodeQDBUtil::GetPlwCreatorName(
-                                 LodeUtil::Utf16FromUtf8(*creatorFile)))
-                          << '\n';
+                const std::string name =
+                    Narrow(LodeQDBUtil::GetPlwCreatorName(LodeUtil::Utf16FromUtf8(*creatorFile)));
+                if (*creatorJson) {
+                    std::cout << nlohmann::json{{"file", *creatorFile}, {"creator", name}}.dump()
+                              << '\n';
+                } else {
+                    std::cout << *creatorFile << " was last written by \"" << name << "\"\n";
+                }
                 return ExitSuccess;
             },
             *creatorFile));
@@ -115,7 +123,8 @@ void AddIdentifyCommands(CLI::App& app) {
                 std::cout << record.dump() << '\n';
             } else {
                 std::cout << static_cast<int>(generation) << ' '
-                          << PlotwrightFileFormatName(generation) << '\n';
+                          << PlotwrightFileFormatName(generation) << " ("
+                          << PlotwrightFileFormatWords(generation) << ")\n";
             }
             return ExitSuccess;
         }));

@@ -1,14 +1,14 @@
 // Error reporting and locale choice shared by the client's subcommands.
 #include "tools/Output.h"
 
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
 #include <CLI/CLI.hpp>
 #include <cerrno>
-#include <fcntl.h>
 #include <iostream>
 #include <optional>
-#include <sys/stat.h>
 #include <typeinfo>
-#include <unistd.h>
 
 #include "lodeutil/AbsoluteFilePath.h"
 #include "lodeutil/FileSystem.h"

@@ -27,12 +27,10 @@ uint64_t Fnv1a(const std::string& word) {
 
 const std::set<uint64_t>& NamesNotToUse() {
     static const std::set<uint64_t> names = {
-        0x7e027587ea493354ull, 0xd6e487ec29848e11ull, 0xa70e885aae2d5a8bull,
-        0x559416e9c3adef7full, 0x9b6a853a440572aaull, 0xca5d2b18f42e5391ull,
-        0xca5d2a18f42e51deull, 0xca753c18f4430255ull, 0x8c735c72d6e7e616ull,
-        0x284aecf2ce97800full, 0x3bf21afad5748b04ull, 0x00ae24c554e2c97cull,
-        0xc1d4e83b1408f651ull, 0xaa0182a379848fc6ull, 0x0bbfa5b326bf4f7dull,
-        0x5e909e9ae04dd1d8ull,
+        0x7e027587ea493354ull, 0xd6e487ec29848e11ull, 0xa70e885aae2d5a8bull, 0x559416e9c3adef7full,
+        0x9b6a853a440572aaull, 0xca5d2b18f42e5391ull, 0xca5d2a18f42e51deull, 0xca753c18f4430255ull,
+        0x8c735c72d6e7e616ull, 0x284aecf2ce97800full, 0x3bf21afad5748b04ull, 0x00ae24c554e2c97cull,
+        0xc1d4e83b1408f651ull, 0xaa0182a379848fc6ull, 0x0bbfa5b326bf4f7dull, 0x5e909e9ae04dd1d8ull,
     };
     return names;
 }

@@ -5,6 +5,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <nlohmann/json.hpp>
 
 #include "CliRunner.h"
@@ -75,6 +76,21 @@ TEST_F(DgnCommands, ReferencesArePrintedAsDependencyRecords) {
     EXPECT_EQ(records[0]["status"], 0);
     EXPECT_EQ(records[0]["refId"], surveyRef);
     EXPECT_EQ(records[1]["name"], File("gone.dgn"));
+}
+
+// People read counts that say what they count, and element types by their names.
+TEST_F(DgnCommands, ConvertSaysInWordsWhatBecameWhat) {
+    const auto result = RunCli({"dgn-convert", File("site.dgn"), File("words.plw")}, folder);
+    ASSERT_EQ(result.exitCode, 0) << result.err;
+    const auto lines = Lines(result.out);
+    EXPECT_NE(std::find(lines.begin(), lines.end(), "type 3 (line): 2 elements became PwDbLine"),
+              lines.end())
+        << result.out;
+    EXPECT_NE(std::find(lines.begin(), lines.end(), "type 17 (text): 1 element became PwDbText"),
+              lines.end())
+        << result.out;
+    ASSERT_FALSE(lines.empty());
+    EXPECT_EQ(lines.back(), "written " + File("words.plw"));
 }
 
 TEST_F(DgnCommands, ConvertReportsWhatBecameWhatAndSaves) {

@@ -14,6 +14,9 @@ namespace {
 using lodeqdbclitest::Lines;
 using lodeqdbclitest::RunCli;
 
+const std::string kPlain = "made by a plain drawing application, without any add-on's marks";
+const std::string kGearmark = "made by the Gearmark mechanical application";
+
 class IdentifyCommands : public lodeqdbtest::TempFolderTest {
   protected:
     IdentifyCommands() : TempFolderTest("lodeqdb-cli-identify") {}
@@ -51,8 +54,8 @@ TEST_F(IdentifyCommands, TypesAreListedOneLineAFile) {
     EXPECT_EQ(result.exitCode, 0) << result.err;
     const auto lines = Lines(result.out);
     ASSERT_EQ(lines.size(), 2u);
-    EXPECT_EQ(lines[0], File("plain.plw") + ": 1 PlwTypePlain");
-    EXPECT_EQ(lines[1], File("gear.plw") + ": 3 PlwTypeGearmark");
+    EXPECT_EQ(lines[0], File("plain.plw") + ": 1 PlwTypePlain (" + kPlain + ")");
+    EXPECT_EQ(lines[1], File("gear.plw") + ": 3 PlwTypeGearmark (" + kGearmark + ")");
 }
 
 TEST_F(IdentifyCommands, JsonLinesCarryFileTypeAndName) {
@@ -87,17 +90,18 @@ TEST_F(IdentifyCommands, HeaderAndDatabaseCanBeAskedAlone) {
     EXPECT_EQ(result.exitCode, 0) << result.err;
     const auto lines = Lines(result.out);
     ASSERT_EQ(lines.size(), 2u);
-    EXPECT_EQ(lines[0], File("gear-old.plw") + ": 3 PlwTypeGearmark");
-    EXPECT_EQ(lines[1], File("plain.plx") + ": 1 PlwTypePlain");
+    EXPECT_EQ(lines[0], File("gear-old.plw") + ": 3 PlwTypeGearmark (" + kGearmark + ")");
+    EXPECT_EQ(lines[1], File("plain.plx") + ": 1 PlwTypePlain (" + kPlain + ")");
     EXPECT_EQ(RunCli({"type", "--header", "--database", File("plain.plw")}, folder).exitCode, 2);
 }
 
 TEST_F(IdentifyCommands, TheCreatorIsNamed) {
     auto result = RunCli({"creator", File("gear.plw")}, folder);
     EXPECT_EQ(result.exitCode, 0) << result.err;
-    EXPECT_EQ(result.out, "Gearmark\n");
-    result = RunCli({"creator", File("plain.plw")}, folder);
-    EXPECT_EQ(result.out, "LodeQDB\n");
+    EXPECT_EQ(result.out, File("gear.plw") + " was last written by \"Gearmark\"\n");
+    result = RunCli({"creator", "--json", File("plain.plw")}, folder);
+    EXPECT_EQ(nlohmann::json::parse(result.out),
+              (nlohmann::json{{"file", File("plain.plw")}, {"creator", "LodeQDB"}}));
     result = RunCli({"creator", File("gear-old.plw")}, folder);
     EXPECT_EQ(result.exitCode, 1);
 }
@@ -105,7 +109,7 @@ TEST_F(IdentifyCommands, TheCreatorIsNamed) {
 TEST_F(IdentifyCommands, TheFormatIsNumberedAndNamed) {
     auto result = RunCli({"format", File("plain.plw")}, folder);
     EXPECT_EQ(result.exitCode, 0) << result.err;
-    EXPECT_EQ(result.out, "8 FormatCurrent\n");
+    EXPECT_EQ(result.out, "8 FormatCurrent (the current generation, 8 of 8)\n");
     result = RunCli({"format", "--json", File("old.plw")}, folder);
     const auto record = nlohmann::json::parse(result.out);
     EXPECT_EQ(record["format"], 4);
@@ -142,7 +146,7 @@ TEST_F(IdentifyCommands, AMissingFileIsNotFoundByHeaderAndCreatorToo) {
 TEST_F(IdentifyCommands, AnExchangeFileIsTypedByItsContent) {
     const auto result = RunCli({"type", File("plain.plx")}, folder);
     EXPECT_EQ(result.exitCode, 0) << result.err;
-    EXPECT_EQ(result.out, File("plain.plx") + ": 1 PlwTypePlain\n");
+    EXPECT_EQ(result.out, File("plain.plx") + ": 1 PlwTypePlain (" + kPlain + ")\n");
 }
 
 TEST_F(IdentifyCommands, UsageErrorsExitWithTwoAndHelpWithZero) {
@@ -171,8 +175,12 @@ class SaveCommand : public lodeqdbtest::TempFolderTest {
             Plotwright::StatusOk);
     }
     std::string File(const std::string& name) const { return folder + "/" + name; }
+    // The generation as `format` prints it in JSON: "8 FormatCurrent\n".
     std::string FormatOf(const std::string& name) {
-        return RunCli({"format", File(name)}, folder).out;
+        const auto record =
+            nlohmann::json::parse(RunCli({"format", "--json", File(name)}, folder).out);
+        return std::to_string(record["format"].get<int>()) + ' ' +
+               record["formatName"].get<std::string>() + '\n';
     }
 };
 
@@ -234,9 +242,8 @@ TEST_F(SaveCommand, GenerationsThatCantBeWrittenAreUsageErrors) {
         }
     }
     for (const char* format : {"0", "2", "9"}) {
-        const auto result =
-            RunCli({"save", File("gen5.plw"), File("there.plx"), "--plx", "--format", format},
-                   folder);
+        const auto result = RunCli(
+            {"save", File("gen5.plw"), File("there.plx"), "--plx", "--format", format}, folder);
         EXPECT_EQ(result.exitCode, 2) << format;
     }
     EXPECT_EQ(Read("new.plw"), "");
