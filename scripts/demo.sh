@@ -1,25 +1,41 @@
 #!/usr/bin/env bash
-# Builds LodeQDB and shows its main job: a sample project of drawings is written, and the
-# client lists everything its root drawing depends on, at every depth.
+# Builds the client and shows what LodeQDB does, one capability at a time, on a sample
+# project of drawings that the client writes itself. Each step says first what it shows.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
 ./scripts/install-deps.sh
+echo "demo: building the client and the modules it loads (a few minutes the first time)"
 cmake --preset release >/dev/null
 # The client and the modules it loads, nothing else: the test command builds the rest.
-cmake --build --preset release --target lodeqdb
+cmake --build --preset release --target lodeqdb >/dev/null
 
 client=build/release/bin/lodeqdb
-root=$("$client" sample build/sample-project | tail -n 1)
-echo "== what $root depends on, at every depth, following DGN design files"
-"$client" tree --dgn "$root"
-echo "== who refers to the shared title block"
-"$client" parents "$root" build/sample-project/blocks/title.plw
-echo "== the kind of application that made it, and its format generation"
-"$client" type "$root"
-"$client" format "$root"
-echo "== the sample's DGN design file: its models, its references, translated into a drawing"
-"$client" dgn-models build/sample-project/survey/site.dgn
-"$client" dgn-refs build/sample-project/survey/site.dgn
-LODEQDB_ROOT="$PWD/build/sample-project/host" \
-    "$client" dgn-convert build/sample-project/survey/site.dgn build/sample-project/survey/site.plw
+project=build/sample-project
+rm -rf "$project"
+root=$("$client" sample "$project" | tail -n 1)
+
+step() {
+    echo
+    echo "== $1"
+    echo "\$ lodeqdb ${*:2}"
+    "$client" "${@:2}"
+}
+
+echo "demo: a sample project of drawings was written to $project; its root drawing is $root"
+step "Everything the root drawing depends on, at every depth (entering DGN design files too)" \
+    tree --dgn "$root"
+step "Only what it refers to directly" children "$root"
+step "Who in the root's tree refers to the shared title block" \
+    parents "$root" "$project/blocks/title.plw"
+step "Which kind of application made the root drawing" type "$root"
+step "The format generation its file was written in" format "$root"
+step "Its layers" layers "$root"
+step "Its layouts (model and paper sheets), in tab order" layouts --sort "$root"
+step "Its named plot settings" plotsettings "$root"
+step "The DGN design file's models" dgn-models "$project/survey/site.dgn"
+step "The files the DGN design file attaches" dgn-refs "$project/survey/site.dgn"
+mkdir -p "$project/translated"
+export LODEQDB_ROOT="$PWD/$project/host"
+step "The DGN design file translated into a drawing of its own folder" \
+    dgn-convert "$project/survey/site.dgn" "$project/translated/site.plw"

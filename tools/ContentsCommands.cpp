@@ -13,6 +13,7 @@
 #include "toolkit/db/PwDbDatabase.h"
 #include "tools/Commands.h"
 #include "tools/Output.h"
+#include "tools/Table.h"
 
 namespace lodeqdb::cli {
 namespace {
@@ -27,15 +28,15 @@ std::string CollectionName(lode::PlwLayoutsCollection collection) {
     return collection == lode::ModelLayouts ? "model" : "paper";
 }
 
-// The set flags of a layer, comma-separated; "-" when none is set.
+// The set flags of a layer in words, comma-separated; "-" when none is set.
 std::string FlagList(const lode::PlwLayerInfo& layer) {
     std::string flags;
     const std::pair<bool, const char*> all[] = {
-        {layer.isHidden, "hidden"}, {layer.isFrozen, "frozen"}, {layer.isInUse, "inUse"},
+        {layer.isHidden, "hidden"}, {layer.isFrozen, "frozen"}, {layer.isInUse, "in use"},
         {layer.isLocked, "locked"}, {layer.isOff, "off"},       {layer.isReconciled, "reconciled"}};
     for (const auto& [set, name] : all) {
         if (!set) continue;
-        if (!flags.empty()) flags += ',';
+        if (!flags.empty()) flags += ", ";
         flags += name;
     }
     return flags.empty() ? "-" : flags;
@@ -57,9 +58,10 @@ void PrintLayers(const std::vector<lode::PlwLayerInfo>& layers, bool json) {
         std::cout << list.dump() << '\n';
         return;
     }
+    Table table({"LAYER", "FLAGS", "DESCRIPTION"});
     for (const lode::PlwLayerInfo& layer : layers)
-        std::cout << Narrow(layer.name) << '\t' << FlagList(layer) << '\t'
-                  << Narrow(layer.description) << '\n';
+        table.add({Narrow(layer.name), FlagList(layer), Narrow(layer.description)});
+    table.print(std::cout);
 }
 
 void PrintLayouts(const std::vector<lode::PlwLayoutInfo>& layouts, bool json) {
@@ -74,10 +76,11 @@ void PrintLayouts(const std::vector<lode::PlwLayoutInfo>& layouts, bool json) {
         std::cout << list.dump() << '\n';
         return;
     }
+    Table table({"TAB", "SPACE", "PAPER SIZE", "LAYOUT"});
     for (const lode::PlwLayoutInfo& layout : layouts)
-        std::cout << layout.tabOrder << '\t' << CollectionName(layout.collection) << '\t'
-                  << (layout.hasPaperSize ? "paper" : "no-paper") << '\t' << Narrow(layout.name)
-                  << '\n';
+        table.add({std::to_string(layout.tabOrder), CollectionName(layout.collection),
+                   layout.hasPaperSize ? "set" : "none", Narrow(layout.name)});
+    table.print(std::cout);
 }
 
 void PrintPlotSettings(const std::vector<lode::PlwPlotSettingInfo>& settings, bool json) {
@@ -90,8 +93,10 @@ void PrintPlotSettings(const std::vector<lode::PlwPlotSettingInfo>& settings, bo
         std::cout << list.dump() << '\n';
         return;
     }
+    Table table({"FOR", "PLOT SETTINGS"});
     for (const lode::PlwPlotSettingInfo& setting : settings)
-        std::cout << CollectionName(setting.collection) << '\t' << Narrow(setting.name) << '\n';
+        table.add({CollectionName(setting.collection), Narrow(setting.name)});
+    table.print(std::cout);
 }
 
 struct ContentsOptions {

@@ -56,15 +56,16 @@ TEST_P(ContentsCommands, LayersAsJsonCarryEveryFlag) {
     EXPECT_EQ(layers[1].at("description"), "");
 }
 
-TEST_P(ContentsCommands, LayersAsTextAreOneLineEach) {
+TEST_P(ContentsCommands, LayersAsTextAreOneLineEachUnderHeadings) {
     const auto result = RunCli({"layers", Root()}, folder);
     ASSERT_EQ(result.exitCode, 0) << result.err;
     EXPECT_EQ(Lines(result.out), (std::vector<std::string>{
-                                     "0\tinUse\t",
-                                     "Walls\tinUse\t",
-                                     "Furniture\tfrozen\tHidden furniture",
-                                     "Annotations\tlocked,off\tNotes, locked and off",
-                                     "Existing\thidden,reconciled\t",
+                                     "LAYER        FLAGS               DESCRIPTION",
+                                     "0            in use",
+                                     "Walls        in use",
+                                     "Furniture    frozen              Hidden furniture",
+                                     "Annotations  locked, off         Notes, locked and off",
+                                     "Existing     hidden, reconciled",
                                  }));
 }
 
@@ -97,8 +98,12 @@ TEST_P(ContentsCommands, LayoutFilters) {
         Json({"layouts", Root(), "--collection", "model", "--paper-only", "--json"}).empty());
     const auto text = RunCli({"layouts", Root(), "--sort", "--collection", "paper"}, folder);
     EXPECT_EQ(Lines(text.out),
-              (std::vector<std::string>{"1\tpaper\tpaper\tLayout1", "2\tpaper\tpaper\tPlan A1",
-                                        "3\tpaper\tno-paper\tSketch"}));
+              (std::vector<std::string>{
+                  "TAB  SPACE  PAPER SIZE  LAYOUT", "1    paper  set         Layout1",
+                  "2    paper  set         Plan A1", "3    paper  none        Sketch"}));
+    const auto none = RunCli({"layouts", Root(), "--collection", "model", "--paper-only"}, folder);
+    EXPECT_EQ(Lines(none.out),
+              (std::vector<std::string>{"TAB  SPACE  PAPER SIZE  LAYOUT", "(none)"}));
 }
 
 TEST_P(ContentsCommands, PlotSettingsByCollection) {
@@ -110,7 +115,8 @@ TEST_P(ContentsCommands, PlotSettingsByCollection) {
     EXPECT_EQ(Names({"plotsettings", Root(), "--collection", "paper", "--json"}),
               (std::vector<std::string>{"Draft A3"}));
     const auto text = RunCli({"plotsettings", Root()}, folder);
-    EXPECT_EQ(Lines(text.out), (std::vector<std::string>{"paper\tDraft A3", "model\tModel check"}));
+    EXPECT_EQ(Lines(text.out), (std::vector<std::string>{"FOR    PLOT SETTINGS", "paper  Draft A3",
+                                                         "model  Model check"}));
 }
 
 INSTANTIATE_TEST_SUITE_P(BothFormats, ContentsCommands, testing::Values("plw", "plx"));
