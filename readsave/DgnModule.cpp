@@ -33,6 +33,8 @@ void* BindDgnEntryPoint(const char* name) {
     }
     void* address = LodeUtil::Module::Symbol(module, name);
     if (address == nullptr) throw lode::InkstoneError();
+    // The library keeps the entry for the rest of the process: the module must stay.
+    if (!pwrxPinModule(kDgnModuleName)) throw lode::InkstoneError();
     return address;
 }
 

@@ -11,6 +11,7 @@
 
 #include "lodeutil/Utf.h"
 #include "platform/LodeExceptions.h"
+#include "readsave/DgnModule.h"
 #include "readsave/DgnSetups.h"
 #include "readsave/DgnTranslation.h"
 #include "support/DrawingReadBack.h"
@@ -21,6 +22,7 @@
 #include "toolkit/db/PwDbObjectPointer.h"
 #include "toolkit/db/PwDbText.h"
 #include "toolkit/dgn/PwDbDgnRefFileRepath.h"
+#include "toolkit/rx/PwRxModules.h"
 #include "toolkit/underlay/PwDbUnderlayDefinition.h"
 #include "toolkit/underlay/PwDbUnderlayReference.h"
 #include "tools/dgnwriter/DgnV7Writer.h"
@@ -59,6 +61,22 @@ class DgnTranslationTest : public lodeqdbtest::TempFolderTest {
 TEST_F(DgnTranslationTest, AV7FileHasOneModelNamedDefault) {
     const wstring site = WriteSite("site.dgn", false);
     EXPECT_EQ(LodeQDBUtil::GetModelViewNamesFromDGN(site), std::vector<wstring>{u"Default"});
+}
+
+// Once the library holds the module's entries, a request to unload the module is refused,
+// and every DGN call goes on answering through the entries it holds.
+TEST_F(DgnTranslationTest, TheModuleStaysWhileTheLibraryHoldsItsEntries) {
+    const wstring site = WriteSite("site.dgn", false);
+    ASSERT_TRUE(LodeQDBUtil::IsDGNFile(site));
+    ASSERT_EQ(LodeQDBUtil::GetModelViewNamesFromDGN(site), std::vector<wstring>{u"Default"});
+    EXPECT_FALSE(pwrxUnloadModule(LodeQDBUtil::kDgnModuleName));
+    EXPECT_TRUE(pwrxIsModuleLoaded(LodeQDBUtil::kDgnModuleName));
+    EXPECT_TRUE(LodeQDBUtil::IsDGNFile(site));
+    EXPECT_EQ(LodeQDBUtil::GetModelViewNamesFromDGN(site), std::vector<wstring>{u"Default"});
+    ScopedRootFolder root(Path("root"));
+    PwDbDatabase drawing(false, true);
+    LodeQDBUtil::ReadDGNToPlwDatabase(site, u"", drawing);
+    EXPECT_FALSE(Entities(drawing.modelSpaceId()).empty());
 }
 
 TEST_F(DgnTranslationTest, FilesThatAreNoV7DesignFilesAreInvalidFormat) {

@@ -293,6 +293,23 @@ TEST_F(PwRxModules, ConcurrentLoadsInitializeOnce) {
     EXPECT_EQ(liveInitializations(), 1);
 }
 
+// A pinned module refuses to be unloaded, so addresses kept of its functions stay callable.
+// (It stays for the rest of this process: no other test uses this module.)
+TEST_F(PwRxModules, APinnedModuleStaysLoaded) {
+    constexpr char16_t kPinnedModule[] = u"PwTestPinned.qmx";
+    EXPECT_FALSE(pwrxPinModule(kPinnedModule)) << "only a loaded module can be pinned";
+    ASSERT_TRUE(pwrxLoadModule(kPinnedModule));
+    using AnswerFunction = int (*)();
+    const auto answer =
+        reinterpret_cast<AnswerFunction>(pwrxServiceSymbol(u"PwTestPinned", "pwTestPinnedAnswer"));
+    ASSERT_NE(answer, nullptr);
+    ASSERT_TRUE(pwrxPinModule(kPinnedModule));
+    EXPECT_FALSE(pwrxUnloadModule(kPinnedModule));
+    EXPECT_TRUE(pwrxIsModuleLoaded(kPinnedModule));
+    EXPECT_TRUE(pwrxServiceIsRegistered(u"PwTestPinned"));
+    EXPECT_EQ(answer(), 9);
+}
+
 TEST_F(PwRxModules, ConcurrentLoadsAndUnloadsStayConsistent) {
     constexpr int kThreads = 4;
     constexpr int kRounds = 25;

@@ -1,6 +1,7 @@
 // Toolkit modules that a load must refuse or resolve, one per compile definition:
 // PWTEST_NO_ENTRY lacks pwrxModuleInitialize, PWTEST_REFUSES fails its initialization after
-// registering a service, PWTEST_DUPLICATE claims a service name that another module may hold.
+// registering a service, PWTEST_DUPLICATE claims a service name that another module may hold,
+// PWTEST_PINNED is a plain module that the tests pin.
 #include "toolkit/rx/PwRxModules.h"
 
 extern "C" {
@@ -29,8 +30,18 @@ int pwTestDuplicateMarker() {
     return 7;
 }
 
+#elif defined(PWTEST_PINNED)
+
+bool pwrxModuleInitialize() {
+    return pwrxRegisterService(u"PwTestPinned");
+}
+
+int pwTestPinnedAnswer() {
+    return 9;
+}
+
 #else
-#error "define one of PWTEST_NO_ENTRY, PWTEST_REFUSES, PWTEST_DUPLICATE"
+#error "define one of PWTEST_NO_ENTRY, PWTEST_REFUSES, PWTEST_DUPLICATE, PWTEST_PINNED"
 #endif
 
 }  // extern "C"

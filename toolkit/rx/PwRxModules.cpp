@@ -15,6 +15,8 @@ enum class ModuleState { Initializing, Loaded, Uninitializing };
 struct ModuleRecord {
     LodeUtil::ModuleHandle handle = nullptr;
     ModuleState state = ModuleState::Initializing;
+    // Someone keeps addresses inside the module: it stays until the process ends.
+    bool pinned = false;
 };
 
 struct ModuleRegistry {
@@ -189,7 +191,8 @@ bool pwrxUnloadModule(const char16_t* moduleName) {
     ModuleRegistry& modules = registry();
     std::lock_guard<std::recursive_mutex> lock(modules.mutex);
     const auto found = modules.find(path);
-    if (found == modules.modules.end() || found->second.state != ModuleState::Loaded) {
+    if (found == modules.modules.end() || found->second.state != ModuleState::Loaded ||
+        found->second.pinned) {
         return false;
     }
     // Marked so that the module's uninitialization can neither load nor unload it again.
@@ -208,6 +211,17 @@ bool pwrxUnloadModule(const char16_t* moduleName) {
     dropReferences(modules, keptUnder);
     modules.modules.erase(keptUnder);
     LodeUtil::Module::Free(handle);
+    return true;
+}
+
+bool pwrxPinModule(const char16_t* moduleName) {
+    const wstring path = modulePath(moduleName);
+    if (path.empty()) return false;
+    ModuleRegistry& modules = registry();
+    std::lock_guard<std::recursive_mutex> lock(modules.mutex);
+    const auto found = modules.find(path);
+    if (found == modules.modules.end() || found->second.state != ModuleState::Loaded) return false;
+    found->second.pinned = true;
     return true;
 }
 

@@ -61,8 +61,15 @@ wstring pwrxModuleLoadError();
 
 /// Runs the module's pwrxModuleUninitialize (when it has one), drops the services it
 /// registered and unloads it. False when no module of that name (resolved as pwrxLoadModule
-/// does) is loaded, or when it is being initialized or uninitialized right now.
+/// does) is loaded, when it is being initialized or uninitialized right now, or when it is
+/// pinned: then nothing happens.
 bool pwrxUnloadModule(const char16_t* moduleName);
+
+/// Keeps the loaded module `moduleName` in the process until it ends: every later unload
+/// request is refused. Whoever keeps addresses of a module's functions or data pins it first,
+/// so that no kept address ever points into an unloaded module. False when no module of that
+/// name is loaded (or it is still initializing).
+bool pwrxPinModule(const char16_t* moduleName);
 
 /// True when the module of that name (resolved as pwrxLoadModule does, or another path that
 /// pwrxLoadModule found to reach the same file) is loaded and initialized.
