@@ -83,6 +83,56 @@ TEST_F(PwFileIO, BackslashesCountAsSeparators) {
     EXPECT_EQ(bytes, "x");
 }
 
+// A pipe without a writer would make a plain open wait for ever; a folder has no bytes.
+// Neither is opened, and neither makes anyone wait.
+TEST_F(PwFileIO, OnlyRegularFilesAreOpenedAndNothingWaits) {
+    ASSERT_EQ(::mkfifo((folder + "/pipe.plw").c_str(), 0644), 0);
+    ASSERT_EQ(::mkdir((folder + "/dir.plw").c_str(), 0755), 0);
+    for (const char* name : {"pipe.plw", "dir.plw"}) {
+        for (const FileShareMode share : {kShareRead, kShareExclusive, kShareAll}) {
+            EXPECT_EQ(
+                File::openFile(Path(name).c_str(), kWideChars, kOpenForRead, share, kOpenExisting)
+                    .openStatus(),
+                Plotwright::StatusFileIOError)
+                << name;
+        }
+        std::string bytes;
+        EXPECT_EQ(ReadWholeFile(Path(name).c_str(), kShareRead, bytes),
+                  Plotwright::StatusFileIOError)
+            << name;
+        EXPECT_EQ(ReadFileStart(Path(name).c_str(), 16, bytes), Plotwright::StatusFileNotFound)
+            << name;
+    }
+    EXPECT_EQ(File::openFile(Path("pipe.plw").c_str(), kWideChars, kOpenForWrite, kShareAll,
+                             kOpenExisting)
+                  .openStatus(),
+              Plotwright::StatusFileIOError);
+}
+
+// The start of a file is judged before the rest is read: a file refused by its start gives
+// StatusBadFileFormat, one accepted reads whole.
+TEST_F(PwFileIO, AFileIsReadWholeOnlyWhenItsStartIsAccepted) {
+    Write("a.bin", "GOOD and the rest");
+    Write("b.bin", "BAD! and the rest");
+    const StartCheck good = [](std::string_view start, uint64_t size) {
+        return start == "GOOD" && size == 17;
+    };
+    std::string bytes = "kept";
+    EXPECT_EQ(ReadWholeFileIfItStartsWell(Path("b.bin").c_str(), kShareRead, 4, good, bytes),
+              Plotwright::StatusBadFileFormat);
+    EXPECT_EQ(bytes, "kept");
+    EXPECT_EQ(ReadWholeFileIfItStartsWell(Path("a.bin").c_str(), kShareRead, 4, good, bytes),
+              StatusOk);
+    EXPECT_EQ(bytes, "GOOD and the rest");
+    Write("short.bin", "GO");
+    EXPECT_EQ(ReadWholeFileIfItStartsWell(
+                  Path("short.bin").c_str(), kShareRead, 4,
+                  [](std::string_view start, uint64_t size) { return start == "GO" && size == 2; },
+                  bytes),
+              StatusOk);
+    EXPECT_EQ(bytes, "GO");
+}
+
 TEST_F(PwFileIO, ExclusiveHolderKeepsOtherProcessesOut) {
     Write("a.plw", "data");
     const File holder = File::openFile(Path("a.plw").c_str(), kWideChars, kOpenForRead,

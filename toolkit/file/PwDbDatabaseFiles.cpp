@@ -136,7 +136,8 @@ ErrorStatus PwDbDatabase::readPlwFile(const char16_t* path, OpenMode mode,
     const bool holds = mode == OpenModeShareRead || mode == OpenModeExclusive;
     std::string bytes;
     FileIO::File file;
-    if (auto status = FileIO::ReadWholeFile(path, share, bytes, holds ? &file : nullptr)) {
+    if (auto status = FileIO::ReadWholeFileIfItStartsWell(
+            path, share, kPwDbPlwStartBytes, pwdbPlwStartFits, bytes, holds ? &file : nullptr)) {
         return status;
     }
     PwDbDrawingImage image;
@@ -152,7 +153,10 @@ ErrorStatus PwDbDatabase::readPlwFile(const char16_t* path, OpenMode mode,
 ErrorStatus PwDbDatabase::plxIn(const char16_t* path, const char16_t* /*logFile*/) {
     if (path == nullptr) return Plotwright::StatusInvalidInput;
     std::string text;
-    if (auto status = FileIO::ReadWholeFile(path, FileIO::kShareRead, text)) return status;
+    if (auto status = FileIO::ReadWholeFileIfItStartsWell(
+            path, FileIO::kShareRead, kPwDbPlxStartBytes, pwdbPlxStartFits, text)) {
+        return status;
+    }
     PwDbDrawingImage image;
     if (pwdbDecodePlx(text, image) != StatusOk) return Plotwright::StatusBadFileFormat;
     if (auto status = readImage(image, path, image.version)) return status;

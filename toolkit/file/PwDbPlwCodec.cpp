@@ -184,9 +184,11 @@ bool ReservedBytesAreZero(std::string_view header) {
            AllZero(header.substr(kFirstReservedOffset, kHeaderCrcOffset - kFirstReservedOffset));
 }
 
-bool ReadHeader(std::string_view file, PlwHeader& header) {
-    if (file.size() < kHeaderSize) return false;
-    const std::string_view head = file.substr(0, kHeaderSize);
+// The header at the start of a file of `fileSize` bytes; false unless it is sound and its
+// lengths agree with the size.
+bool ReadHeader(std::string_view start, uint64_t fileSize, PlwHeader& header) {
+    if (start.size() < kHeaderSize || fileSize < kHeaderSize) return false;
+    const std::string_view head = start.substr(0, kHeaderSize);
     if (!pwdbPlwChecksumHolds(static_cast<uint32_t>(LittleAt(head, kHeaderCrcOffset, 4)),
                               head.substr(0, kHeaderCrcOffset))) {
         return false;
@@ -205,8 +207,12 @@ bool ReadHeader(std::string_view file, PlwHeader& header) {
     header.sectionsLength = LittleAt(head, kSectionsLengthOffset, 8);
     // The sections run exactly to the end of the file: nothing missing, nothing appended.
     return header.sectionsOffset >= kHeaderSize + kMinAppInfoBytes &&
-           header.sectionsOffset <= file.size() &&
-           header.sectionsLength == file.size() - header.sectionsOffset;
+           header.sectionsOffset <= fileSize &&
+           header.sectionsLength == fileSize - header.sectionsOffset;
+}
+
+bool ReadHeader(std::string_view file, PlwHeader& header) {
+    return ReadHeader(file, file.size(), header);
 }
 
 bool ReadCountedString(PwDbPlwReader& in, wstring& text) {
@@ -376,4 +382,10 @@ Plotwright::ErrorStatus pwdbDecodePlwPreview(std::string_view bytes,
     } catch (const std::bad_alloc&) {
         return Plotwright::StatusOutOfMemory;
     }
+}
+
+bool pwdbPlwStartFits(std::string_view start, uint64_t fileSize) {
+    static_assert(kPwDbPlwStartBytes == kHeaderSize, "the start judged is the header");
+    PlwHeader header;
+    return ReadHeader(start, fileSize, header);
 }

@@ -103,6 +103,14 @@ inline constexpr uint32_t kPwDbPlwMaxPreviewSide = 4096;
 /// whose pixel count isn't width * height or whose side passes 4096, a count past 32 bits.
 Plotwright::ErrorStatus pwdbEncodePlw(const PwDbDrawingImage& image, std::string& bytes);
 
+/// The number of bytes at a native file's start that pwdbPlwStartFits judges.
+inline constexpr size_t kPwDbPlwStartBytes = 128;
+
+/// Whether the first kPwDbPlwStartBytes of a file of `fileSize` bytes are a sound native header
+/// whose lengths agree with that size: the check made before a whole file is read, so that a
+/// file that isn't a drawing costs a few bytes however large it is.
+bool pwdbPlwStartFits(std::string_view start, uint64_t fileSize);
+
 /// Reads a whole native file. StatusBadFileFormat for anything that isn't one, sound from
 /// its first byte to its last, checksums included; `image` is written only on success.
 Plotwright::ErrorStatus pwdbDecodePlw(std::string_view bytes, PwDbDrawingImage& image);

@@ -38,6 +38,17 @@
 
 /// The identification line that starts every exchange file.
 inline constexpr std::string_view kPwDbPlxIdentification = "PLOTWRIGHT EXCHANGE";
+
+/// The number of bytes at an exchange file's start that pwdbPlxStartFits judges.
+inline constexpr size_t kPwDbPlxStartBytes = kPwDbPlxIdentification.size() + 2;
+
+/// Whether a file starts with the identification line of an exchange file: the check made
+/// before a whole file is read, so that a file that isn't one costs a few bytes.
+inline bool pwdbPlxStartFits(std::string_view start, uint64_t /*fileSize*/) {
+    if (!start.starts_with(kPwDbPlxIdentification)) return false;
+    const std::string_view end = start.substr(kPwDbPlxIdentification.size());
+    return end.starts_with('\n') || end.starts_with("\r\n");
+}
 /// The largest number of digits after the point that pwdbEncodePlx takes; with 16 or more,
 /// every finite double reads back exactly.
 inline constexpr int kPwDbPlxMaxPrecision = 17;

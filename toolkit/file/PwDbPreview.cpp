@@ -24,7 +24,8 @@ bool pwdbGetPreviewBitmapFromPlw(const char16_t* path, HBITMAP* bitmap, HPALETTE
     if (path == nullptr || bitmap == nullptr) return false;
     std::string bytes;
     namespace FileIO = Morvane::Plotwright::PAL::FileIO;
-    if (FileIO::ReadWholeFile(path, FileIO::kShareRead, bytes) != Plotwright::StatusOk) {
+    if (FileIO::ReadWholeFileIfItStartsWell(path, FileIO::kShareRead, kPwDbPlwStartBytes,
+                                            pwdbPlwStartFits, bytes) != Plotwright::StatusOk) {
         return false;
     }
     std::optional<PwDbPreviewImage> preview;

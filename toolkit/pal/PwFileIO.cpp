@@ -12,28 +12,14 @@
 #include <optional>
 
 #include "lodeutil/FileSystem.h"
+#include "toolkit/pal/PwFileDescriptors.h"
+#include "toolkit/pal/PwFileLocks.h"
 #include "toolkit/pal/PwFileSystemCalls.h"
 
 namespace Morvane::Plotwright::PAL::FileIO {
 namespace {
 
 using ::Plotwright::ErrorStatus;
-
-ErrorStatus StatusOfErrno(int error) {
-    switch (error) {
-        case ENOENT:
-        case ENOTDIR:
-            return ::Plotwright::StatusFileNotFound;
-        case EACCES:
-        case EPERM:
-        case EWOULDBLOCK:
-            return ::Plotwright::StatusSecurityAccessDenied;
-        case ENAMETOOLONG:
-            return ::Plotwright::StatusInvalidInput;
-        default:
-            return ::Plotwright::StatusFileIOError;
-    }
-}
 
 int OpenFlags(FileOpenMode openMode, FileCreationMode creationMode) {
     int flags = O_CLOEXEC;
@@ -50,47 +36,7 @@ int OpenFlags(FileOpenMode openMode, FileCreationMode creationMode) {
 
 std::optional<int> LockOperation(FileShareMode shareMode) {
     if (shareMode == kShareAll) return std::nullopt;
-    return (shareMode == kShareExclusive ? LOCK_EX : LOCK_SH) | LOCK_NB;
-}
-
-std::string DirectoryOf(const std::string& path) {
-    const size_t slash = path.find_last_of('/');
-    if (slash == std::string::npos) return ".";
-    return slash == 0 ? "/" : path.substr(0, slash);
-}
-
-bool WriteAll(int fd, std::string_view bytes) {
-    const PwFileSystemCalls& calls = pwFileSystemCalls();
-    while (!bytes.empty()) {
-        const ssize_t written = calls.write(fd, bytes.data(), bytes.size());
-        if (written < 0 && errno == EINTR) continue;
-        if (written <= 0) return false;
-        bytes.remove_prefix(static_cast<size_t>(written));
-    }
-    return true;
-}
-
-// A new file beside `target`, opened for writing; its name goes to `name`.
-int CreateSibling(const std::string& target, std::string& name) {
-    const PwFileSystemCalls& calls = pwFileSystemCalls();
-    const std::string folder = DirectoryOf(target);
-    const std::string base = target.substr(target.find_last_of('/') + 1);
-    for (int attempt = 0; attempt < 100; ++attempt) {
-        name = folder + "/." + base + "." + std::to_string(getpid()) + "." +
-               std::to_string(attempt) + ".tmp";
-        const int fd = calls.open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
-        if (fd >= 0 || errno != EEXIST) return fd;
-    }
-    errno = EEXIST;
-    return -1;
-}
-
-void SyncFolderOf(const std::string& path) {
-    const PwFileSystemCalls& calls = pwFileSystemCalls();
-    const int fd = calls.open(DirectoryOf(path).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC, 0);
-    if (fd < 0) return;
-    calls.fsync(fd);
-    calls.close(fd);
+    return shareMode == kShareExclusive ? LOCK_EX : LOCK_SH;
 }
 
 }  // namespace
@@ -117,14 +63,21 @@ File File::openFile(const char16_t* path, FileCharType charType, FileOpenMode op
     if (charType != kWideChars || !native) return file;
     const PwFileSystemCalls& calls = pwFileSystemCalls();
     auto handle = std::make_shared<Handle>();
-    handle->fd = calls.open(native->c_str(), OpenFlags(openMode, creationMode), 0666);
+    // O_NONBLOCK: opening a pipe without a writer, or some devices, would wait for ever. On a
+    // regular file, the only kind taken, it changes nothing.
+    handle->fd = calls.open(native->c_str(), OpenFlags(openMode, creationMode) | O_NONBLOCK, 0666);
     if (handle->fd < 0) {
-        file.m_status = StatusOfErrno(errno);
+        file.m_status = pwStatusOfErrno(errno);
+        return file;
+    }
+    struct stat status {};
+    if (calls.fstat(handle->fd, &status) != 0 || !S_ISREG(status.st_mode)) {
+        file.m_status = ::Plotwright::StatusFileIOError;
         return file;
     }
     if (const std::optional<int> lock = LockOperation(shareMode)) {
-        if (calls.flock(handle->fd, *lock) != 0) {
-            file.m_status = StatusOfErrno(errno);
+        if (pwLockWithinBound(handle->fd, *lock) != 0) {
+            file.m_status = pwStatusOfErrno(errno);
             return file;
         }
     }
@@ -147,7 +100,7 @@ bool File::readFromFile(void* destination, uint32_t maxCount, uint32_t& readCoun
 
 bool File::writeToFile(const void* source, uint32_t count) const {
     if (!m_handle || (source == nullptr && count > 0)) return false;
-    return WriteAll(m_handle->fd, std::string_view(static_cast<const char*>(source), count));
+    return pwWriteAll(m_handle->fd, std::string_view(static_cast<const char*>(source), count));
 }
 
 bool File::seek(int64_t offset, FileSeekAnchor anchor) const {
@@ -170,10 +123,9 @@ bool File::flush() const {
 
 namespace {
 
-// Reads from where `file` stands into `content` until it is full or the file ends; `content`
-// keeps what was read.
-ErrorStatus ReadInto(const File& file, std::string& content) {
-    size_t filled = 0;
+// Reads from where `file` stands into `content` from position `filled` on, until it is full
+// or the file ends; `content` keeps what was read.
+ErrorStatus ReadInto(const File& file, std::string& content, size_t filled = 0) {
     while (filled < content.size()) {
         uint32_t got = 0;
         const size_t wanted = std::min<size_t>(content.size() - filled, uint32_t{1} << 30);
@@ -191,13 +143,27 @@ ErrorStatus ReadInto(const File& file, std::string& content) {
 
 ErrorStatus ReadWholeFile(const char16_t* path, FileShareMode shareMode, std::string& bytes,
                           File* keepOpen, uint64_t maxSize) {
+    return ReadWholeFileIfItStartsWell(path, shareMode, 0, {}, bytes, keepOpen, maxSize);
+}
+
+ErrorStatus ReadWholeFileIfItStartsWell(const char16_t* path, FileShareMode shareMode,
+                                        size_t startBytes, const StartCheck& startsWell,
+                                        std::string& bytes, File* keepOpen, uint64_t maxSize) {
     File file = File::openFile(path, kWideChars, kOpenForRead, shareMode, kOpenExisting);
     if (file.openStatus() != ::Plotwright::StatusOk) return file.openStatus();
     const int64_t size = file.size();
     if (size < 0) return ::Plotwright::StatusFileIOError;
     if (static_cast<uint64_t>(size) > maxSize) return ::Plotwright::StatusBadFileFormat;
-    std::string content(static_cast<size_t>(size), '\0');
-    if (auto status = ReadInto(file, content)) return status;
+    // The start is read and judged first, so that a large file that isn't what the caller
+    // reads costs a few bytes, not its size.
+    std::string start(std::min<uint64_t>(startBytes, static_cast<uint64_t>(size)), '\0');
+    if (auto status = ReadInto(file, start)) return status;
+    if (startsWell && !startsWell(start, static_cast<uint64_t>(size)))
+        return ::Plotwright::StatusBadFileFormat;
+    std::string content = std::move(start);
+    const size_t filled = content.size();
+    content.resize(static_cast<size_t>(size));
+    if (auto status = ReadInto(file, content, filled)) return status;
     bytes.swap(content);
     if (keepOpen != nullptr) *keepOpen = file;
     return ::Plotwright::StatusOk;
@@ -214,40 +180,6 @@ ErrorStatus ReadFileStart(const char16_t* path, size_t maxBytes, std::string& by
     if (auto status = ReadInto(file, content)) return status;
     bytes.swap(content);
     if (keepOpen != nullptr) *keepOpen = file;
-    return ::Plotwright::StatusOk;
-}
-
-ErrorStatus ReplaceFileAtomically(const char16_t* path, std::string_view bytes) {
-    const std::optional<std::string> target =
-        path != nullptr ? LodeUtil::NativePath(path) : std::nullopt;
-    if (!target) return ::Plotwright::StatusInvalidInput;
-    const PwFileSystemCalls& calls = pwFileSystemCalls();
-    std::string temporary;
-    const int fd = CreateSibling(*target, temporary);
-    if (fd < 0) return StatusOfErrno(errno);
-    const bool written = WriteAll(fd, bytes) && calls.fsync(fd) == 0;
-    calls.close(fd);
-    if (!written) {
-        calls.unlink(temporary.c_str());
-        return ::Plotwright::StatusFileIOError;
-    }
-    // A reader that holds the old file under a lock forbids replacing it.
-    const int old = calls.open(target->c_str(), O_RDONLY | O_CLOEXEC, 0);
-    if (old >= 0 && calls.flock(old, LOCK_EX | LOCK_NB) != 0) {
-        calls.close(old);
-        calls.unlink(temporary.c_str());
-        return ::Plotwright::StatusFileInUse;
-    }
-    const bool renamed = calls.rename(temporary.c_str(), target->c_str()) == 0;
-    const int renameError = errno;
-    if (old >= 0) calls.close(old);
-    if (!renamed) {
-        calls.unlink(temporary.c_str());
-        return StatusOfErrno(renameError) == ::Plotwright::StatusSecurityAccessDenied
-                   ? ::Plotwright::StatusSecurityAccessDenied
-                   : ::Plotwright::StatusFileIOError;
-    }
-    SyncFolderOf(*target);
     return ::Plotwright::StatusOk;
 }
 

@@ -11,11 +11,15 @@
 //
 // Sharing between processes rests on advisory locks (flock), which every reader and writer of
 // the toolkit takes: kShareExclusive holds an exclusive lock, kShareRead a shared one, and
-// kShareAll none. An open whose lock another process's lock forbids fails at once with
-// StatusSecurityAccessDenied. Paths are UTF-16; a backslash counts as '/'.
+// kShareAll none. An open whose lock another process's lock forbids waits for it a short,
+// bounded time (kPwLockWaitMilliseconds, two seconds: a read or a save holds its lock for
+// that long at most) and then fails with StatusSecurityAccessDenied. Only regular files are
+// opened: a folder, a pipe or a device gives StatusFileIOError, and never makes the open
+// wait. Paths are UTF-16; a backslash counts as '/'.
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -42,7 +46,7 @@ class File {
     /// Opens `path`. Failure shows in openStatus(): StatusFileNotFound for a missing file
     /// (kOpenExisting), StatusSecurityAccessDenied when permission or another process's lock
     /// forbids it, StatusInvalidInput for a name no file can have here, StatusFileIOError
-    /// otherwise.
+    /// for anything but a regular file, and otherwise.
     static File openFile(const char16_t* path, FileCharType charType, FileOpenMode openMode,
                          FileShareMode shareMode, FileCreationMode creationMode);
     /// A file that stands for no file: reads and writes on it fail.
@@ -77,6 +81,19 @@ class File {
                                         std::string& bytes, File* keepOpen = nullptr,
                                         uint64_t maxSize = uint64_t{1} << 34);
 
+/// Judges the first bytes of a file (at most the number asked for, fewer when the file is
+/// shorter) and the file's whole size: true when the file may be what the caller reads.
+using StartCheck = std::function<bool(std::string_view start, uint64_t fileSize)>;
+
+/// ReadWholeFile that first reads the first `startBytes` and asks `startsWell` (when given)
+/// about them: a file it refuses gives StatusBadFileFormat, and what was read for it stays
+/// small whatever the file's size.
+::Plotwright::ErrorStatus ReadWholeFileIfItStartsWell(const char16_t* path, FileShareMode shareMode,
+                                                      size_t startBytes,
+                                                      const StartCheck& startsWell,
+                                                      std::string& bytes, File* keepOpen = nullptr,
+                                                      uint64_t maxSize = uint64_t{1} << 34);
+
 /// Reads at most the first `maxBytes` of `path` (under a shared lock) into `bytes`, fewer when
 /// the file is shorter. With `keepOpen` the file stays open there. StatusFileNotFound for
 /// anything but an existing regular file (a folder, a pipe, a device); otherwise the statuses
@@ -87,9 +104,15 @@ class File {
 /// Replaces the contents of `path` by `bytes` so that at every moment the file holds either
 /// its old contents or all the new ones: the bytes go to a new file in the same folder, are
 /// flushed, and that file is renamed over `path`. When anything fails the new file is removed
-/// and `path` is left as it was. StatusFileInUse when another holder reads `path` under a
-/// lock; StatusInvalidInput for a name no file can have here; StatusFileIOError for a failed
-/// write, flush or rename; StatusSecurityAccessDenied when permission is refused.
+/// and `path` is left as it was. A symbolic link stays a link: the file it leads to (through
+/// any chain of links; made when the link dangles) is the one replaced. The new file keeps the
+/// old one's permission bits, and its owner and group as far as the process may set them; a
+/// new file gets the mode the umask gives. Temporaries left by savers of the same file that
+/// died are removed (the rule is in PwFileReplace.cpp). StatusFileInUse when another holder
+/// keeps `path` under a lock past the wait of kPwLockWaitMilliseconds; StatusInvalidInput for
+/// a name no file can have here; StatusFileIOError for a failed write, flush or rename, a
+/// loop of links, or a target that isn't a regular file; StatusSecurityAccessDenied when
+/// permission is refused.
 ::Plotwright::ErrorStatus ReplaceFileAtomically(const char16_t* path, std::string_view bytes);
 
 /// True when `a` and `b` name the same existing file (same device and inode).

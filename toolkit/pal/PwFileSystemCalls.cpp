@@ -22,6 +22,10 @@ PwFileSystemCalls SystemCalls() {
     calls.unlink = ::unlink;
     calls.flock = ::flock;
     calls.fstat = [](int fd, struct stat* status) { return ::fstat(fd, status); };
+    calls.lstat = [](const char* path, struct stat* status) { return ::lstat(path, status); };
+    calls.readlink = ::readlink;
+    calls.fchmod = ::fchmod;
+    calls.fchown = ::fchown;
     return calls;
 }
 
@@ -55,5 +59,9 @@ PwFileSystemCalls pwReplaceFileSystemCallsForTesting(const PwFileSystemCalls& ca
     Fill(active.unlink, calls.unlink, system.unlink);
     Fill(active.flock, calls.flock, system.flock);
     Fill(active.fstat, calls.fstat, system.fstat);
+    Fill(active.lstat, calls.lstat, system.lstat);
+    Fill(active.readlink, calls.readlink, system.readlink);
+    Fill(active.fchmod, calls.fchmod, system.fchmod);
+    Fill(active.fchown, calls.fchown, system.fchown);
     return previous;
 }

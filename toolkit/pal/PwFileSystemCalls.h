@@ -25,6 +25,10 @@ struct PwFileSystemCalls {
     /// flock(2): LOCK_SH, LOCK_EX, LOCK_UN, with LOCK_NB.
     int (*flock)(int fd, int operation);
     int (*fstat)(int fd, struct stat* status);
+    int (*lstat)(const char* path, struct stat* status);
+    ssize_t (*readlink)(const char* path, char* buffer, size_t size);
+    int (*fchmod)(int fd, mode_t mode);
+    int (*fchown)(int fd, uid_t owner, gid_t group);
 };
 
 /// The calls in force; the operating system's own unless a test replaced them.
