@@ -54,6 +54,11 @@ CliResult RunCli(const std::vector<std::string>& arguments, const std::string& s
     return RunCommand("", arguments, scratchFolder);
 }
 
+CliResult RunCliWithin(int seconds, const std::vector<std::string>& arguments,
+                       const std::string& scratchFolder) {
+    return RunCommand("timeout -s KILL " + std::to_string(seconds) + " ", arguments, scratchFolder);
+}
+
 CliResult RunCliAsUser(unsigned uid, const std::vector<std::string>& arguments,
                        const std::string& scratchFolder) {
     const std::string id = std::to_string(uid);

@@ -21,6 +21,10 @@ CliResult RunCli(const std::vector<std::string>& arguments, const std::string& s
 CliResult RunCliAsUser(unsigned uid, const std::vector<std::string>& arguments,
                        const std::string& scratchFolder);
 
+/// RunCli, ended after `seconds` (exit code 124 then), for commands that must not wait.
+CliResult RunCliWithin(int seconds, const std::vector<std::string>& arguments,
+                       const std::string& scratchFolder);
+
 /// The lines of `text`, without their line ends.
 std::vector<std::string> Lines(const std::string& text);
 
