@@ -1,6 +1,8 @@
 // The exception classes; file errors take their message from the resource module.
 #include "platform/LodeExceptions.h"
 
+#include <new>
+
 #include "lodeutil/Format.h"
 #include "platform/MessageTexts.h"
 
@@ -47,6 +49,23 @@ NoOwnerInfo::NoOwnerInfo() : LodeException(NoOwnerInfoCode) {}
 NoPlwCreatorName::NoPlwCreatorName() : LodeException(NoPlwCreatorNameCode) {}
 
 InkstoneError::InkstoneError() : LodeException(InkstoneErrorCode) {}
+
+const char* ExceptionClassName(const std::exception& error) {
+    // Most derived first: a ReadError is a FileError is a LodeException.
+    if (dynamic_cast<const PlotwrightException*>(&error)) return "PlotwrightException";
+    if (dynamic_cast<const ReadError*>(&error)) return "ReadError";
+    if (dynamic_cast<const NotFound*>(&error)) return "NotFound";
+    if (dynamic_cast<const InvalidFormat*>(&error)) return "InvalidFormat";
+    if (dynamic_cast<const SecurityError*>(&error)) return "SecurityError";
+    if (dynamic_cast<const FileError*>(&error)) return "FileError";
+    if (dynamic_cast<const NoAppInfo*>(&error)) return "NoAppInfo";
+    if (dynamic_cast<const NoOwnerInfo*>(&error)) return "NoOwnerInfo";
+    if (dynamic_cast<const NoPlwCreatorName*>(&error)) return "NoPlwCreatorName";
+    if (dynamic_cast<const InkstoneError*>(&error)) return "InkstoneError";
+    if (dynamic_cast<const LodeException*>(&error)) return "LodeException";
+    if (dynamic_cast<const std::bad_alloc*>(&error)) return "bad_alloc";
+    return "exception";
+}
 
 }  // namespace lode
 

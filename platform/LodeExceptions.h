@@ -134,6 +134,11 @@ class InkstoneError : public LodeException {
     InkstoneError();
 };
 
+/// The name of `error`'s class for people and logs: the most derived class of the library's
+/// tree ("NotFound", "PlotwrightException", ...), "bad_alloc" for memory running out, else
+/// "exception".
+const char* ExceptionClassName(const std::exception& error);
+
 }  // namespace lode
 
 /// Raised and caught inside the library when a file's creator kind can't be told; it never

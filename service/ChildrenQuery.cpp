@@ -57,9 +57,12 @@ class ChildCollector {
     }
 
   private:
+    // Only the drawing's own node and its outgoing nodes are read: the graph of its first
+    // level has exactly those, made without the tree below, so that a walk that asks each
+    // drawing of a deep tree costs what the tree holds, not its square.
     void AddReferences() {
         PwDbXrefGraph graph(nullptr);
-        pwdbGetHostPlwXrefGraph(database_, graph, true);
+        pwdbGetDirectXrefGraph(database_, graph);
         graph.markUnresolvedTrees();
         const PwDbXrefGraphNode* node = graph.xrefNode(database_);
         if (graph.numNodes() < 2 || node == nullptr || node->numOut() == 0) return;

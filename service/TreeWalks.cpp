@@ -1,9 +1,15 @@
+// The nested and parent walks: depth first in pre-order, their way down kept on the heap, and
+// a failure anywhere ending the walk with what was found.
 #include "service/TreeWalks.h"
 
 #include <exception>
+#include <memory>
+#include <optional>
 #include <set>
 
 #include "lodeutil/Strings.h"
+#include "lodeutil/Utf.h"
+#include "platform/LodeExceptions.h"
 #include "readsave/ReadIntoDatabase.h"
 #include "references/PathQuestions.h"
 #include "service/ChildrenQuery.h"
@@ -34,58 +40,104 @@ bool AnyIsTarget(const std::vector<FileData>& children, const FoldedNames& targe
     return false;
 }
 
+// Describes in `stop` the failure that ends a walk while `file`'s dependencies were asked for.
+void Describe(const std::exception& error, const wstring& file, WalkStop& stop) {
+    stop.stopped = true;
+    stop.exceptionClass = lode::ExceptionClassName(error);
+    stop.file = file;
+    if (const auto* lodeError = dynamic_cast<const lode::LodeException*>(&error)) {
+        stop.code = lodeError->code();
+        stop.message = lodeError->message();
+    } else {
+        stop.code = 0;
+        stop.message = LodeUtil::Utf16FromUtf8(error.what());
+    }
+}
+
+// One level of a walk's way down: the records of one file, and which of them comes next.
+struct Level {
+    std::vector<FileData> records;
+    size_t next = 0;
+    // Where the records' own dependencies are asked: the drawing that has them loaded (null
+    // when they are to be read from their files), and whether they came from a file read
+    // for them rather than from a drawing the root has loaded.
+    PwDbDatabase* database = nullptr;
+    bool fromFile = false;
+    // A drawing read for this level, kept while the walk is below it.
+    std::unique_ptr<PwDbDatabase> owned;
+};
+
 class NestedCollector {
   public:
-    explicit NestedCollector(bool followDgn) : followDgn_(followDgn) {}
+    NestedCollector(bool followDgn, WalkStop& stop) : followDgn_(followDgn), stop_(stop) {}
 
     std::vector<FileData> Walk(PwDbDatabase& root, const wstring& rootName) {
+        stop_ = WalkStop();
+        wstring asking;  // whose dependencies are being asked for; empty for the root
         try {
             VisitedNames visited;
-            const std::vector<FileData> children = PlotwrightChildren(root, nullptr);
+            std::vector<Level> way;
+            way.push_back(Level{PlotwrightChildren(root, nullptr), 0, &root, false, nullptr});
             visited.insert(rootName);
-            for (const FileData& child : children) VisitChild(visited, root, child, false);
-        } catch (const std::exception&) {
-            // The walk ends here; what was found stays.
+            while (!way.empty()) {
+                Level& level = way.back();
+                if (level.next == level.records.size()) {
+                    way.pop_back();
+                    continue;
+                }
+                const FileData& record = level.records[level.next++];
+                const wstring name = record.GetFullname();
+                if (!visited.insert(name).second) continue;
+                children_.push_back(record);
+                asking = name;
+                if (std::optional<Level> below = Below(record, level))
+                    way.push_back(std::move(*below));
+            }
+        } catch (const std::exception& error) {
+            // The walk ends here; what was found stays, and the stop says why.
+            Describe(error, asking, stop_);
         }
         return std::move(children_);
     }
 
   private:
-    void VisitChild(VisitedNames& visited, PwDbDatabase& database, const FileData& record,
-                    bool fromFile) {
+    // The level below `record`, met in `level`: the dependencies of a resolved drawing, or
+    // with followDgn those of a DGN file; none for anything else.
+    std::optional<Level> Below(const FileData& record, const Level& level) {
         const wstring name = record.GetFullname();
-        if (visited.count(name) != 0) return;
-        children_.push_back(record);
-        visited.insert(name);
         if (record.GetType() == lode::Plw) {
-            if (record.GetXrefStatus() != PwDb::XrefResolved) return;
-            if (fromFile) {
-                PwDbDatabase drawing(false, true);
-                LodeQDBUtil::ReadFileToDatabase(name, drawing, true, true);
-                for (const FileData& child : PlotwrightChildren(drawing, nullptr))
-                    VisitChild(visited, drawing, child, false);
-            } else {
-                for (const FileData& child :
-                     PlotwrightChildren(database, record.PwdbObjectId(), nullptr))
-                    VisitChild(visited, database, child, false);
+            if (record.GetXrefStatus() != PwDb::XrefResolved) return std::nullopt;
+            if (level.fromFile) {
+                auto drawing = std::make_unique<PwDbDatabase>(false, true);
+                LodeQDBUtil::ReadFileToDatabase(name, *drawing, true, true);
+                Level below{PlotwrightChildren(*drawing, nullptr), 0, drawing.get(), false,
+                            nullptr};
+                below.owned = std::move(drawing);
+                return below;
             }
-        } else if (record.GetType() == lode::Dgn && followDgn_) {
-            for (const FileData& child : DGNChildren(name))
-                VisitChild(visited, database, child, true);
+            return Level{PlotwrightChildren(*level.database, record.PwdbObjectId(), nullptr), 0,
+                         level.database, false, nullptr};
         }
+        if (record.GetType() == lode::Dgn && followDgn_)
+            return Level{DGNChildren(name), 0, level.database, true, nullptr};
+        return std::nullopt;
     }
 
     std::vector<FileData> children_;
     bool followDgn_;
+    WalkStop& stop_;
 };
 
 class ParentCollector {
   public:
-    ParentCollector(const wstring& path, const std::vector<wstring>& targets) : path_(path) {
+    ParentCollector(const wstring& path, const std::vector<wstring>& targets, WalkStop& stop)
+        : path_(path), stop_(stop) {
         for (const wstring& target : targets) targets_.insert(ComparableName(target));
     }
 
     std::vector<FileData> Walk(PwDbDatabase& root) {
+        stop_ = WalkStop();
+        wstring asking;
         try {
             FoldedNames visited;
             const std::vector<FileData> children = PlotwrightChildren(root, nullptr);
@@ -96,22 +148,36 @@ class ParentCollector {
                 self.SetXrefStatus(PwDb::XrefResolved);
                 parents_.push_back(self);
             }
-            for (const FileData& child : children) VisitChild(visited, &root, child, false);
-        } catch (const std::exception&) {
-            // The walk ends here; what was found stays.
+            std::vector<Level> way;
+            way.push_back(Level{children, 0, &root, false, nullptr});
+            while (!way.empty()) {
+                Level& level = way.back();
+                if (level.next == level.records.size()) {
+                    way.pop_back();
+                    continue;
+                }
+                const FileData& record = level.records[level.next++];
+                const wstring name = record.GetFullname();
+                if (!visited.insert(ComparableName(name)).second) continue;
+                asking = name;
+                Level below = Below(record, level);
+                if (AnyIsTarget(below.records, targets_)) parents_.push_back(record);
+                if (!below.records.empty()) way.push_back(std::move(below));
+            }
+        } catch (const std::exception& error) {
+            // The walk ends here; what was found stays, and the stop says why.
+            Describe(error, asking, stop_);
         }
         return std::move(parents_);
     }
 
   private:
-    void VisitChild(FoldedNames& visited, PwDbDatabase* database, const FileData& record,
-                    bool fromFile) {
+    // The records one level below `record`, met in `level`, and where theirs are asked.
+    Level Below(const FileData& record, const Level& level) {
         const wstring name = record.GetFullname();
-        if (!visited.insert(ComparableName(name)).second) return;
-        std::vector<FileData> children;
-        bool childrenFromFile = false;
+        PwDbDatabase* database = level.database;
         if (record.GetType() == lode::Plw && record.GetXrefStatus() == PwDb::XrefResolved) {
-            if (fromFile) {
+            if (level.fromFile) {
                 // Read and let go again: the lookup below then finds nothing loaded and reads
                 // the file itself, and no deeper level uses a drawing of this one.
                 {
@@ -120,41 +186,55 @@ class ParentCollector {
                 }
                 database = nullptr;
             }
-            if (database != nullptr) {
-                children = PlotwrightChildren(*database, name, nullptr);
-            } else {
-                children = PlotwrightChildren(name, nullptr);
-            }
-        } else if (record.GetType() == lode::Dgn && followDgn_) {
-            children = DGNChildren(name);
-            childrenFromFile = true;
+            std::vector<FileData> children = database != nullptr
+                                                 ? PlotwrightChildren(*database, name, nullptr)
+                                                 : PlotwrightChildren(name, nullptr);
+            return Level{std::move(children), 0, database, false, nullptr};
         }
-        if (AnyIsTarget(children, targets_)) parents_.push_back(record);
-        for (const FileData& child : children)
-            VisitChild(visited, database, child, childrenFromFile);
+        if (record.GetType() == lode::Dgn && followDgn_)
+            return Level{DGNChildren(name), 0, database, true, nullptr};
+        return Level{{}, 0, database, false, nullptr};
     }
 
     std::vector<FileData> parents_;
     wstring path_;
     FoldedNames targets_;
     bool followDgn_ = true;
+    WalkStop& stop_;
 };
 
 }  // namespace
 
+std::vector<FileData> PlotwrightNestedChildren(PwDbDatabase& root, bool followDgn, WalkStop& stop) {
+    return NestedCollector(followDgn, stop).Walk(root, LodeQDBUtil::GetDatabasePath(root));
+}
+
+std::vector<FileData> PlotwrightNestedChildren(const wstring& path, bool followDgn,
+                                               WalkStop& stop) {
+    PwDbDatabase root(false, true);
+    LodeQDBUtil::ReadFileToDatabase(path, root, true, true);
+    return NestedCollector(followDgn, stop).Walk(root, path);
+}
+
 std::vector<FileData> PlotwrightNestedChildren(PwDbDatabase& root, bool followDgn) {
-    return NestedCollector(followDgn).Walk(root, LodeQDBUtil::GetDatabasePath(root));
+    WalkStop ignored;
+    return PlotwrightNestedChildren(root, followDgn, ignored);
 }
 
 std::vector<FileData> PlotwrightNestedChildren(const wstring& path, bool followDgn) {
-    PwDbDatabase root(false, true);
-    LodeQDBUtil::ReadFileToDatabase(path, root, true, true);
-    return NestedCollector(followDgn).Walk(root, path);
+    WalkStop ignored;
+    return PlotwrightNestedChildren(path, followDgn, ignored);
+}
+
+std::vector<FileData> PlotwrightParents(const wstring& rootPath, PwDbDatabase& root,
+                                        const std::vector<wstring>& targets, WalkStop& stop) {
+    return ParentCollector(rootPath, targets, stop).Walk(root);
 }
 
 std::vector<FileData> PlotwrightParents(const wstring& rootPath, PwDbDatabase& root,
                                         const std::vector<wstring>& targets) {
-    return ParentCollector(rootPath, targets).Walk(root);
+    WalkStop ignored;
+    return PlotwrightParents(rootPath, root, targets, ignored);
 }
 
 std::vector<FileData> PlotwrightParents(const wstring& rootPath, PwDbDatabase& root,

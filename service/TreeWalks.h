@@ -8,9 +8,20 @@
 //
 // Each walk keeps the names it has met, so a cycle or a diamond is walked once. A walk that
 // meets a failure at any depth (a file that can't be read, a DGN file the reader refuses)
-// ends there, quietly: the caller gets what was found until then and no exception.
+// ends there, quietly: the caller gets what was found until then and no exception. A caller
+// that must know whether the list is whole passes a WalkStop, which says whether and why the
+// walk ended early:
+//
+//   LodeQDBService::Request::WalkStop stop;
+//   auto files = LodeQDBService::Request::PlotwrightNestedChildren(u"/srv/a.plw", true, stop);
+//   if (stop.stopped) warn(stop.file, stop.exceptionClass, stop.message);
+//
+// The walks keep their way down on the heap, not on the thread's stack: any depth of
+// references is walked, and time and memory grow with the number of records met.
 #pragma once
 
+#include <cstdint>
+#include <string>
 #include <vector>
 
 #include "lodeutil/WideString.h"
@@ -20,6 +31,21 @@ class PwDbDatabase;
 
 namespace LodeQDBService::Request {
 
+/// How a walk ended: whole, or stopped early by a failure, which is described here.
+struct WalkStop {
+    /// True when the walk ended before it had met everything below the root.
+    bool stopped = false;
+    /// The class of what stopped it: a class of the library's exceptions ("NotFound",
+    /// "InvalidFormat", ...), "bad_alloc" for memory running out, or "exception" for any other.
+    std::string exceptionClass;
+    /// The library exception's code(); 0 for other exceptions.
+    int32_t code = 0;
+    /// The library exception's message() (often empty), or the other exception's what().
+    wstring message;
+    /// The file whose dependencies were being asked for when it stopped; empty for the root.
+    wstring file;
+};
+
 /// Everything below `root` (not the root itself): each distinct full name once, at its first
 /// meeting, in depth-first pre-order. Resolved references are entered through the drawings
 /// the root has loaded; with `followDgn`, DGN files through their reference tables. Names are
@@ -28,6 +54,9 @@ std::vector<FileData> PlotwrightNestedChildren(PwDbDatabase& root, bool followDg
 /// The same for the drawing file `path`, read (with its references resolved) for the walk. A
 /// file that can't be read throws as LodeQDBUtil::ReadFileToDatabase does.
 std::vector<FileData> PlotwrightNestedChildren(const wstring& path, bool followDgn);
+/// The two walks above, telling in `stop` whether the list is whole (see WalkStop).
+std::vector<FileData> PlotwrightNestedChildren(PwDbDatabase& root, bool followDgn, WalkStop& stop);
+std::vector<FileData> PlotwrightNestedChildren(const wstring& path, bool followDgn, WalkStop& stop);
 
 /// The files of `root`'s tree (`rootPath` is its path) that directly refer to one of `targets`:
 /// the root first when it does (as the caller spelled `rootPath`, type Plw, resolved, null id),
@@ -38,5 +67,8 @@ std::vector<FileData> PlotwrightParents(const wstring& rootPath, PwDbDatabase& r
                                         const std::vector<wstring>& targets);
 std::vector<FileData> PlotwrightParents(const wstring& rootPath, PwDbDatabase& root,
                                         const wstring& target);
+/// PlotwrightParents, telling in `stop` whether the walk went through the whole tree.
+std::vector<FileData> PlotwrightParents(const wstring& rootPath, PwDbDatabase& root,
+                                        const std::vector<wstring>& targets, WalkStop& stop);
 
 }  // namespace LodeQDBService::Request

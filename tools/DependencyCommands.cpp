@@ -28,6 +28,21 @@ struct QueryOptions {
     bool json = false;
 };
 
+// Says on stderr that a walk stopped early, and why; the code for the client's exit.
+int ReportStop(const LodeQDBService::Request::WalkStop& stop) {
+    if (!stop.stopped) return ExitSuccess;
+    std::cerr << "lodeqdb: the list is incomplete: the walk stopped";
+    if (!stop.file.empty()) std::cerr << " at " << Narrow(stop.file);
+    std::cerr << ": " << stop.exceptionClass << " (code " << stop.code << ")";
+    if (!stop.message.empty()) std::cerr << ": " << Narrow(stop.message);
+    std::cerr << '\n';
+    return ExitIncomplete;
+}
+
+constexpr char kIncompleteHelp[] =
+    "Exit codes: 0 the list is whole; 1 failure; 2 usage error; 3 the walk stopped early (the "
+    "list printed is what was found before; stderr says where and why)";
+
 }  // namespace
 
 void AddDependencyCommands(CLI::App& app) {
@@ -51,12 +66,14 @@ void AddDependencyCommands(CLI::App& app) {
     treeCommand->add_option("file", tree->file, "Drawing file (.plw or .plx)")->required();
     treeCommand->add_flag("--dgn", tree->followDgn, "Follow the references of DGN files too");
     treeCommand->add_flag("--json", tree->json, "One JSON array on stdout");
+    treeCommand->footer(kIncompleteHelp);
     treeCommand->callback([tree] {
         EndWith(RunReportingErrors([&] {
-            PrintFileRecords(LodeQDBService::Request::PlotwrightNestedChildren(FullPath(tree->file),
-                                                                               tree->followDgn),
+            LodeQDBService::Request::WalkStop stop;
+            PrintFileRecords(LodeQDBService::Request::PlotwrightNestedChildren(
+                                 FullPath(tree->file), tree->followDgn, stop),
                              tree->json);
-            return ExitSuccess;
+            return ReportStop(stop);
         }));
     });
 
@@ -66,6 +83,7 @@ void AddDependencyCommands(CLI::App& app) {
     parentsCommand->add_option("root", parents->file, "Root drawing file")->required();
     parentsCommand->add_option("targets", parents->targets, "Target files")->required();
     parentsCommand->add_flag("--json", parents->json, "One JSON array on stdout");
+    parentsCommand->footer(kIncompleteHelp);
     parentsCommand->callback([parents] {
         EndWith(RunReportingErrors([&] {
             const wstring rootPath = FullPath(parents->file);
@@ -73,9 +91,11 @@ void AddDependencyCommands(CLI::App& app) {
             LodeQDBUtil::ReadFileToDatabase(rootPath, root, true, true);
             std::vector<wstring> targets;
             for (const std::string& target : parents->targets) targets.push_back(FullPath(target));
-            PrintFileRecords(LodeQDBService::Request::PlotwrightParents(rootPath, root, targets),
-                             parents->json);
-            return ExitSuccess;
+            LodeQDBService::Request::WalkStop stop;
+            PrintFileRecords(
+                LodeQDBService::Request::PlotwrightParents(rootPath, root, targets, stop),
+                parents->json);
+            return ReportStop(stop);
         }));
     });
 }

@@ -21,24 +21,6 @@
 #include "toolkit/rx/PwRxDynamicLinker.h"
 
 namespace lodeqdb::cli {
-namespace {
-
-std::string ExceptionClassName(const lode::LodeException& error) {
-    if (dynamic_cast<const lode::PlotwrightException*>(&error)) return "PlotwrightException";
-    if (dynamic_cast<const lode::ReadError*>(&error)) return "ReadError";
-    if (dynamic_cast<const lode::NotFound*>(&error)) return "NotFound";
-    if (dynamic_cast<const lode::InvalidFormat*>(&error)) return "InvalidFormat";
-    if (dynamic_cast<const lode::SecurityError*>(&error)) return "SecurityError";
-    if (dynamic_cast<const lode::FileError*>(&error)) return "FileError";
-    if (dynamic_cast<const lode::NoAppInfo*>(&error)) return "NoAppInfo";
-    if (dynamic_cast<const lode::NoOwnerInfo*>(&error)) return "NoOwnerInfo";
-    if (dynamic_cast<const lode::NoPlwCreatorName*>(&error)) return "NoPlwCreatorName";
-    if (dynamic_cast<const lode::InkstoneError*>(&error)) return "InkstoneError";
-    return "LodeException";
-}
-
-}  // namespace
-
 std::string Narrow(const wstring& text) {
     return LodeUtil::Utf8FromUtf16(text);
 }
@@ -65,7 +47,7 @@ int ReportErrors(const std::function<int()>& command, const std::optional<std::s
         std::cerr << prefix << "PlotwrightException (code " << error.code() << ", status "
                   << static_cast<int>(error.status()) << ")\n";
     } catch (const lode::LodeException& error) {
-        std::cerr << prefix << ExceptionClassName(error) << " (code " << error.code() << ")";
+        std::cerr << prefix << lode::ExceptionClassName(error) << " (code " << error.code() << ")";
         const wstring message = MessageNaming(error, file);
         if (!message.empty()) std::cerr << ": " << Narrow(message);
         std::cerr << '\n';

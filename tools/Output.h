@@ -15,6 +15,8 @@ enum ExitCode : int {
     ExitFailure = 1,
     /// The command line was wrong.
     ExitUsage = 2,
+    /// A walk (tree, parents) stopped early: what it found was printed, stderr says why.
+    ExitIncomplete = 3,
 };
 
 /// UTF-8 text for the terminal.

@@ -2,8 +2,9 @@
 #include "toolkit/xref/PwDbXrefGraph.h"
 
 #include <algorithm>
-#include <map>
-#include <set>
+#include <unordered_map>
+#include <unordered_set>
+#include <vector>
 
 #include "toolkit/db/PwDbBlockTable.h"
 #include "toolkit/db/PwDbDatabase.h"
@@ -125,25 +126,24 @@ Plotwright::ErrorStatus PwDbXrefGraph::markUnresolvedTrees() {
 
 namespace {
 
+// Builds a host's graph depth first with an explicit stack, so that no depth of references
+// can exhaust the thread's stack. Nodes are made in pre-order; a drawing's reference nodes
+// are made once and shared by every node that leads to it; a node's outgoing edges are
+// linked once the nodes below it are made.
 class GraphBuilder {
   public:
     GraphBuilder(PwDbXrefGraph& graph, bool includeUnresolved)
         : m_graph(graph), m_includeUnresolved(includeUnresolved) {}
 
-    // Links `node` to the nodes of `database`'s reference blocks, made on first need.
-    void expand(PwDbXrefGraphNode* node, PwDbDatabase* database) {
-        if (database == nullptr) return;
-        m_onWay.insert(database);
-        for (PwDbXrefGraphNode* child : childrenOf(*database)) node->addOut(child);
-        m_onWay.erase(database);
-    }
-
-  private:
-    const std::vector<PwDbXrefGraphNode*>& childrenOf(PwDbDatabase& database) {
-        if (auto known = m_children.find(&database); known != m_children.end())
-            return known->second;
-        std::vector<PwDbXrefGraphNode*> children;
-        for (PwDbBlockTableRecord* block : PwDbXrefResolver::referenceBlocks(database)) {
+    void build(PwDbXrefGraphNode* host, PwDbDatabase* database) {
+        enter(host, database);
+        while (!m_way.empty()) {
+            Level& level = m_way.back();
+            if (level.next == level.blocks.size()) {
+                finish();
+                continue;
+            }
+            PwDbBlockTableRecord* block = level.blocks[level.next++];
             const PwDb::XrefStatus status = block->xrefStatus();
             if (!m_includeUnresolved && status != PwDb::XrefResolved) continue;
             PwDbDatabase* loaded = block->xrefDatabase();
@@ -154,16 +154,45 @@ class GraphBuilder {
             block->getName(name);
             auto* child = m_graph.addNode(
                 new PwDbXrefGraphNode(loaded, block->objectId(), name ? name : u"", status));
-            children.push_back(child);
-            expand(child, loaded);
+            level.children.push_back(child);
+            enter(child, loaded);  // may add a level: `level` is not used after this
         }
-        return m_children.emplace(&database, std::move(children)).first->second;
+    }
+
+  private:
+    struct Level {
+        PwDbXrefGraphNode* node;
+        PwDbDatabase* database;
+        std::vector<PwDbBlockTableRecord*> blocks;
+        size_t next = 0;
+        std::vector<PwDbXrefGraphNode*> children;
+    };
+
+    // Starts linking `node` to the reference nodes of `database`: at once when they are made
+    // already, else after making them.
+    void enter(PwDbXrefGraphNode* node, PwDbDatabase* database) {
+        if (database == nullptr) return;
+        if (auto known = m_children.find(database); known != m_children.end()) {
+            for (PwDbXrefGraphNode* child : known->second) node->addOut(child);
+            return;
+        }
+        m_onWay.insert(database);
+        m_way.push_back(Level{node, database, PwDbXrefResolver::referenceBlocks(*database), 0, {}});
+    }
+
+    void finish() {
+        Level level = std::move(m_way.back());
+        m_way.pop_back();
+        for (PwDbXrefGraphNode* child : level.children) level.node->addOut(child);
+        m_onWay.erase(level.database);
+        m_children.emplace(level.database, std::move(level.children));
     }
 
     PwDbXrefGraph& m_graph;
     bool m_includeUnresolved;
-    std::map<PwDbDatabase*, std::vector<PwDbXrefGraphNode*>> m_children;
-    std::set<PwDbDatabase*> m_onWay;
+    std::vector<Level> m_way;
+    std::unordered_map<PwDbDatabase*, std::vector<PwDbXrefGraphNode*>> m_children;
+    std::unordered_set<PwDbDatabase*> m_onWay;
 };
 
 }  // namespace
@@ -181,7 +210,24 @@ Plotwright::ErrorStatus pwdbGetHostPlwXrefGraph(PwDbDatabase* database, PwDbXref
     }
     auto* host = graph.addNode(new PwDbXrefGraphNode(
         database, PwDbObjectId(), pwdbDatabasePath(database), PwDb::XrefNotAnXref));
-    GraphBuilder(graph, includeUnresolved).expand(host, database);
+    GraphBuilder(graph, includeUnresolved).build(host, database);
     cached = graph.freeze(epoch);
+    return Plotwright::StatusOk;
+}
+
+Plotwright::ErrorStatus pwdbGetDirectXrefGraph(PwDbDatabase* database, PwDbXrefGraph& graph) {
+    graph.reset();
+    if (database == nullptr) return Plotwright::StatusNullDatabase;
+    auto* host = graph.addNode(new PwDbXrefGraphNode(
+        database, PwDbObjectId(), pwdbDatabasePath(database), PwDb::XrefNotAnXref));
+    for (PwDbBlockTableRecord* block : PwDbXrefResolver::referenceBlocks(*database)) {
+        PwDbDatabase* loaded = block->xrefDatabase();
+        // As in the whole graph, a drawing that refers to itself closes a cycle at once.
+        if (loaded == database) loaded = nullptr;
+        const char16_t* name = nullptr;
+        block->getName(name);
+        host->addOut(graph.addNode(new PwDbXrefGraphNode(loaded, block->objectId(),
+                                                         name ? name : u"", block->xrefStatus())));
+    }
     return Plotwright::StatusOk;
 }

@@ -137,3 +137,11 @@ class PwDbXrefGraph {
 /// nothing itself. StatusNullDatabase for null.
 Plotwright::ErrorStatus pwdbGetHostPlwXrefGraph(PwDbDatabase* database, PwDbXrefGraph& graph,
                                                 bool includeUnresolved);
+
+/// Fills `graph` (emptied first) with `database`'s node and one node for each of its own
+/// reference blocks that isn't erased, whatever its state, linked from the host's node in
+/// block table order: exactly the host node and its outgoing nodes of
+/// pwdbGetHostPlwXrefGraph(database, graph, true), made without going below them. For a
+/// question about a drawing's own references, whose cost then doesn't grow with the tree
+/// below it. StatusNullDatabase for null.
+Plotwright::ErrorStatus pwdbGetDirectXrefGraph(PwDbDatabase* database, PwDbXrefGraph& graph);

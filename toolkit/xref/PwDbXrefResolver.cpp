@@ -89,25 +89,40 @@ void PwDbXrefResolver::resolveTree(PwDbDatabase& database, bool rereadResolved) 
 
 void PwDbXrefResolver::resolveReferencesOf(PwDbDatabase& holder,
                                            const std::string& holderIdentity) {
-    if (!holderIdentity.empty()) m_inProgress.push_back(holderIdentity);
-    for (PwDbBlockTableRecord* block : referenceBlocks(holder)) {
+    struct Level {
+        PwDbDatabase* holder;
+        std::string identity;
+        std::vector<PwDbBlockTableRecord*> blocks;
+        size_t next = 0;
+    };
+    std::vector<Level> way;
+    const auto enter = [&](PwDbDatabase& database, const std::string& identity) {
+        if (!identity.empty()) m_inProgress.insert(identity);
+        way.push_back(Level{&database, identity, referenceBlocks(database), 0});
+    };
+    enter(holder, holderIdentity);
+    while (!way.empty()) {
+        Level& level = way.back();
+        if (level.next == level.blocks.size()) {
+            if (!level.identity.empty()) {
+                m_inProgress.erase(level.identity);
+                m_finished.insert(level.identity);
+            }
+            way.pop_back();
+            continue;
+        }
+        PwDbBlockTableRecord* block = level.blocks[level.next++];
         if (block->isUnloaded()) continue;
         PwDbDatabase* loaded = block->xrefDatabase();
         if (loaded == nullptr) {
-            loaded = resolve(holder, *block);
+            loaded = resolve(*level.holder, *block);
         } else if (m_rereadResolved) {
             reread(*loaded);
         }
         if (loaded == nullptr) continue;
-        const std::string& identity = loaded->m_xrefOrigin.fileIdentity;
-        if (m_finished.count(identity) != 0 ||
-            std::find(m_inProgress.begin(), m_inProgress.end(), identity) != m_inProgress.end())
-            continue;
-        resolveReferencesOf(*loaded, identity);
-    }
-    if (!holderIdentity.empty()) {
-        m_inProgress.pop_back();
-        m_finished.insert(holderIdentity);
+        const std::string identity = loaded->m_xrefOrigin.fileIdentity;
+        if (m_finished.count(identity) != 0 || inProgress(identity)) continue;
+        enter(*loaded, identity);
     }
 }
 
@@ -123,8 +138,7 @@ PwDbDatabase* PwDbXrefResolver::resolve(PwDbDatabase& holder, PwDbBlockTableReco
         setResolution(block, nullptr, PwDb::XrefFileMissing);
         return nullptr;
     }
-    const bool closesCycle =
-        std::find(m_inProgress.begin(), m_inProgress.end(), identity) != m_inProgress.end();
+    const bool closesCycle = inProgress(identity);
     if (closesCycle || m_unreadable.count(identity) != 0) {
         setResolution(block, nullptr, PwDb::XrefFilePresentUnresolved);
         return nullptr;
@@ -159,7 +173,7 @@ PwDbDatabase* PwDbXrefResolver::load(const wstring& path, const std::string& ide
 void PwDbXrefResolver::reread(PwDbDatabase& loaded) {
     const std::string& identity = loaded.m_xrefOrigin.fileIdentity;
     if (m_finished.count(identity) != 0) return;
-    if (std::find(m_inProgress.begin(), m_inProgress.end(), identity) != m_inProgress.end()) return;
+    if (inProgress(identity)) return;
     // A failed read keeps the drawing as it was: the reference stays usable.
     ReadDrawing(loaded, loaded.m_xrefOrigin.path);
 }

@@ -4,6 +4,7 @@
 
 #include <set>
 #include <string>
+#include <unordered_set>
 #include <vector>
 
 #include "lodeutil/WideString.h"
@@ -34,7 +35,10 @@ class PwDbXrefResolver {
   private:
     PwDbXrefResolver(PwDbDatabase& host, bool rereadResolved);
 
+    /// Resolves the references of `holder` and, depth first, of every drawing they load; an
+    /// explicit stack, so that no depth of references can exhaust the thread's stack.
     void resolveReferencesOf(PwDbDatabase& holder, const std::string& holderIdentity);
+    bool inProgress(const std::string& identity) const { return m_inProgress.count(identity) != 0; }
     /// Finds and loads (or shares) the drawing of an unresolved reference; null when it
     /// stays unresolved.
     PwDbDatabase* resolve(PwDbDatabase& holder, PwDbBlockTableRecord& block);
@@ -48,7 +52,8 @@ class PwDbXrefResolver {
 
     PwDbDatabase& m_host;
     bool m_rereadResolved;
-    std::vector<std::string> m_inProgress;
+    // The files on the way from the host to the drawing being resolved.
+    std::unordered_set<std::string> m_inProgress;
     std::set<std::string> m_finished;
     std::set<std::string> m_unreadable;
 };
