@@ -4,10 +4,14 @@
 
 #include <gtest/gtest.h>
 
+#include <cerrno>
+
+#include "lodeutil/Utf.h"
 #include "platform/LodeExceptions.h"
 #include "support/TempFolderTest.h"
 #include "toolkit/db/PwDbAuthoring.h"
 #include "toolkit/image/PwDbImageAuthoring.h"
+#include "toolkit/pal/PwFileSystemCalls.h"
 #include "toolkit/underlay/PwDbUnderlayAuthoring.h"
 #include "toolkit/underlay/PwDbUnderlayDefinition.h"
 #include "toolkit/xref/PwDbXrefAuthoring.h"
@@ -137,6 +141,74 @@ TEST_F(TreeWalks, AFailureEndsTheWalkWithWhatWasFound) {
     auto root = Open("a.plw");
     EXPECT_EQ(Names(PlotwrightParents(Path("a.plw"), *root, Path("b2.plw"))),
               (std::vector<wstring>{Path("b.plw")}));
+}
+
+// The walk that ends early says so when asked: what stopped it, and at which file.
+TEST_F(TreeWalks, AWalkThatEndsEarlySaysWhyWhenAsked) {
+    Save("c.plw", {});
+    Write("v8.dgn", std::string("\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1", 8) + std::string(1024, '\0'));
+    for (const char* designFile : {"missing.dgn", "v8.dgn"}) {
+        auto a = PwDbAuthoring::createDrawing();
+        ASSERT_EQ(PwDbAuthoring::addXref(*a, u"C", u"c.plw"), StatusOk);
+        ASSERT_EQ(PwDbAuthoring::addUnderlayDefinition(*a, PwDbDgnDefinition::desc(), u"D",
+                                                       LodeUtil::Utf16FromUtf8(designFile), u""),
+                  StatusOk);
+        ASSERT_EQ(PwDbAuthoring::addUnderlayDefinition(*a, PwDbPdfDefinition::desc(), u"P",
+                                                       u"plan.pdf", u""),
+                  StatusOk);
+        ASSERT_EQ(a->saveAs(Path("a.plw").c_str(), false, PwDb::PwDbPlwVersionCurrent), StatusOk);
+        const wstring dgn = Path(designFile);
+
+        LodeQDBService::Request::WalkStop stop;
+        stop.stopped = true;  // a walk that goes through clears it
+        EXPECT_EQ(Names(PlotwrightNestedChildren(Path("a.plw"), false, stop)),
+                  (std::vector<wstring>{Path("c.plw"), dgn, Path("plan.pdf")}));
+        EXPECT_FALSE(stop.stopped) << designFile;
+
+        const auto found = PlotwrightNestedChildren(Path("a.plw"), true, stop);
+        EXPECT_EQ(Names(found), (std::vector<wstring>{Path("c.plw"), dgn})) << "the PDF is lost";
+        EXPECT_TRUE(stop.stopped) << designFile;
+        EXPECT_EQ(stop.file, dgn);
+        EXPECT_EQ(stop.exceptionClass,
+                  std::string(designFile) == "missing.dgn" ? "NotFound" : "InvalidFormat");
+        EXPECT_EQ(stop.code, std::string(designFile) == "missing.dgn" ? lode::NotFoundCode
+                                                                      : lode::InvalidFormatCode);
+        EXPECT_FALSE(stop.message.empty());
+
+        auto root = Open("a.plw");
+        LodeQDBService::Request::WalkStop parentStop;
+        EXPECT_EQ(Names(PlotwrightParents(Path("a.plw"), *root, {Path("zzz.plw")}, parentStop)),
+                  std::vector<wstring>{});
+        EXPECT_TRUE(parentStop.stopped) << designFile;
+        EXPECT_EQ(parentStop.file, dgn);
+    }
+}
+
+// A read that fails inside the walk (here the design file's bytes can't be read) ends it
+// the same way, with the failure's class.
+TEST_F(TreeWalks, AFailingReadInsideTheWalkIsTheStop) {
+    DgnWriter::DgnV7Writer dgn(false);
+    dgn.addLine(1, {0, 0, 0}, {10, 10, 0});
+    ASSERT_TRUE(dgn.save(folder + "/site.dgn"));
+    auto a = PwDbAuthoring::createDrawing();
+    ASSERT_EQ(
+        PwDbAuthoring::addUnderlayDefinition(*a, PwDbDgnDefinition::desc(), u"D", u"site.dgn", u""),
+        StatusOk);
+    ASSERT_EQ(a->saveAs(Path("a.plw").c_str(), false, PwDb::PwDbPlwVersionCurrent), StatusOk);
+    auto root = Open("a.plw");
+    PwFileSystemCalls failing{};
+    failing.read = [](int, void*, size_t) -> ssize_t {
+        errno = EIO;
+        return -1;
+    };
+    pwReplaceFileSystemCallsForTesting(failing);
+    LodeQDBService::Request::WalkStop stop;
+    const auto found = PlotwrightNestedChildren(*root, true, stop);
+    pwReplaceFileSystemCallsForTesting({});
+    EXPECT_EQ(Names(found), std::vector<wstring>{Path("site.dgn")});
+    EXPECT_TRUE(stop.stopped);
+    EXPECT_EQ(stop.file, Path("site.dgn"));
+    EXPECT_FALSE(stop.exceptionClass.empty());
 }
 
 TEST_F(TreeWalks, AFileThatCantBeReadAsTheRootThrows) {
