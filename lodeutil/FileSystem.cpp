@@ -72,7 +72,7 @@ FileSystemCalls ReplaceFileSystemCallsForTesting(const FileSystemCalls& calls) {
 std::optional<wstring> CurrentDirectory() {
     std::string native;
     if (!Active().currentDirectory(native)) return std::nullopt;
-    return Utf16FromUtf8(native);
+    return Utf16FromNative(native);
 }
 
 }  // namespace detail
@@ -100,17 +100,12 @@ bool EnsureDirectory(const std::string& native) {
 
 std::optional<std::string> NativePath(const wstring& path) {
     if (path.empty() || path.find(u'\0') != wstring::npos) return std::nullopt;
-    if (!IsWellFormedUtf16(path)) return std::nullopt;
     const Path::RootKind root = Path::ParseRoot(path).kind;
     if (root != Path::RootKind::None && root != Path::RootKind::Separator) return std::nullopt;
-    std::string native;
-    try {
-        native = Utf8FromUtf16(path);
-    } catch (const std::length_error&) {
-        return std::nullopt;  // hundreds of millions of units: no system takes such a path
-    } catch (const std::runtime_error&) {
-        return std::nullopt;
-    }
+    // Lossless: bytes of a name that aren't UTF-8 come back as they were (Utf16FromNative).
+    std::optional<std::string> converted = NativeFromUtf16(path);
+    if (!converted) return std::nullopt;
+    std::string native = std::move(*converted);
     for (char& byte : native) {
         if (byte == '\\') byte = '/';
     }

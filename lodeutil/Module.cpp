@@ -20,7 +20,7 @@ wstring ExecutablePath() {
     const ssize_t length = readlink("/proc/self/exe", buffer.data(), buffer.size());
     if (length <= 0) return {};
     buffer.resize(static_cast<size_t>(length));
-    return Utf16FromUtf8(buffer);
+    return Utf16FromNative(buffer);
 }
 
 }  // namespace
@@ -46,7 +46,7 @@ wstring FileName(ModuleHandle module) {
     if (dlinfo(module, RTLD_DI_LINKMAP, &map) != 0 || map == nullptr) return {};
     // The main program's entry has no name of its own.
     if (map->l_name == nullptr || map->l_name[0] == '\0') return ExecutablePath();
-    return Utf16FromUtf8(map->l_name);
+    return Utf16FromNative(map->l_name);
 }
 
 ModuleHandle Containing(const void* address) {

@@ -12,6 +12,7 @@
 #include "readsave/ReadIntoDatabase.h"
 #include "toolkit/db/PwDbDatabase.h"
 #include "tools/Commands.h"
+#include "tools/Json.h"
 #include "tools/Output.h"
 #include "tools/Table.h"
 
@@ -55,7 +56,7 @@ void PrintLayers(const std::vector<lode::PlwLayerInfo>& layers, bool json) {
                             {"isOff", layer.isOff},
                             {"isReconciled", layer.isReconciled}});
         }
-        std::cout << list.dump() << '\n';
+        std::cout << DumpJson(list) << '\n';
         return;
     }
     Table table({"LAYER", "FLAGS", "DESCRIPTION"});
@@ -73,7 +74,7 @@ void PrintLayouts(const std::vector<lode::PlwLayoutInfo>& layouts, bool json) {
                             {"collection", CollectionName(layout.collection)},
                             {"tabOrder", layout.tabOrder}});
         }
-        std::cout << list.dump() << '\n';
+        std::cout << DumpJson(list) << '\n';
         return;
     }
     Table table({"TAB", "SPACE", "PAPER SIZE", "LAYOUT"});
@@ -90,7 +91,7 @@ void PrintPlotSettings(const std::vector<lode::PlwPlotSettingInfo>& settings, bo
             list.push_back({{"name", Narrow(setting.name)},
                             {"collection", CollectionName(setting.collection)}});
         }
-        std::cout << list.dump() << '\n';
+        std::cout << DumpJson(list) << '\n';
         return;
     }
     Table table({"FOR", "PLOT SETTINGS"});

@@ -14,6 +14,7 @@
 #include "toolkit/db/PwDbDatabase.h"
 #include "tools/Commands.h"
 #include "tools/FileRecords.h"
+#include "tools/Json.h"
 #include "tools/Output.h"
 
 namespace lodeqdb::cli {
@@ -94,11 +95,10 @@ void PrintReport(const std::vector<LodeQDBUtil::DgnConvertRow>& report, const ws
                                {"className", Narrow(row.className)},
                                {"count", row.count}});
         }
-        std::cout << nlohmann::json{{"output", Narrow(output)},
-                                    {"translated", translated},
-                                    {"skipped", skipped},
-                                    {"classes", classes}}
-                         .dump()
+        std::cout << DumpJson(nlohmann::json{{"output", Narrow(output)},
+                                             {"translated", translated},
+                                             {"skipped", skipped},
+                                             {"classes", classes}})
                   << '\n';
         return;
     }

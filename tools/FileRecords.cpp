@@ -4,6 +4,7 @@
 #include <nlohmann/json.hpp>
 
 #include "tools/EnumNames.h"
+#include "tools/Json.h"
 #include "tools/Output.h"
 
 namespace lodeqdb::cli {
@@ -20,7 +21,7 @@ void PrintFileRecords(const std::vector<FileData>& records, bool json) {
                             {"status", static_cast<int>(record.GetXrefStatus())},
                             {"refId", record.GetRefId()}});
         }
-        std::cout << list.dump() << '\n';
+        std::cout << DumpJson(list) << '\n';
         return;
     }
     for (const FileData& record : records) {

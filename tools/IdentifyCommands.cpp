@@ -13,6 +13,7 @@
 #include "toolkit/db/PwDbDatabase.h"
 #include "tools/Commands.h"
 #include "tools/EnumNames.h"
+#include "tools/Json.h"
 #include "tools/Output.h"
 
 namespace lodeqdb::cli {
@@ -26,7 +27,7 @@ struct TypeOptions {
 };
 
 lode::PlwFileType TypeOf(const TypeOptions& options, const std::string& file) {
-    const wstring path = LodeUtil::Utf16FromUtf8(file);
+    const wstring path = Wide(file);
     if (options.header) {
         // The header reader answers every unreadable file with "no application information".
         RequireReadableFile(file);
@@ -53,7 +54,7 @@ int ShowTypes(const TypeOptions& options) {
                     const nlohmann::json line = {{"file", file},
                                                  {"type", static_cast<int>(type)},
                                                  {"typeName", PlwFileTypeName(type)}};
-                    std::cout << line.dump() << '\n';
+                    std::cout << DumpJson(line) << '\n';
                 } else {
                     std::cout << file << ": " << static_cast<int>(type) << ' '
                               << PlwFileTypeName(type) << " (" << PlwFileTypeWords(type) << ")\n";
@@ -92,10 +93,9 @@ void AddIdentifyCommands(CLI::App& app) {
         EndWith(RunReportingErrors(
             [&] {
                 RequireReadableFile(*creatorFile);
-                const std::string name =
-                    Narrow(LodeQDBUtil::GetPlwCreatorName(LodeUtil::Utf16FromUtf8(*creatorFile)));
+                const std::string name = Narrow(LodeQDBUtil::GetPlwCreatorName(Wide(*creatorFile)));
                 if (*creatorJson) {
-                    std::cout << nlohmann::json{{"file", *creatorFile}, {"creator", name}}.dump()
+                    std::cout << DumpJson(nlohmann::json{{"file", *creatorFile}, {"creator", name}})
                               << '\n';
                 } else {
                     std::cout << *creatorFile << " was last written by \"" << name << "\"\n";
@@ -114,13 +114,13 @@ void AddIdentifyCommands(CLI::App& app) {
     format->callback([formatFile, formatJson] {
         EndWith(RunReportingErrors([&] {
             const lode::PlotwrightFileFormat generation =
-                LodeQDBUtil::GetPlotwrightFileFormat(LodeUtil::Utf16FromUtf8(*formatFile));
+                LodeQDBUtil::GetPlotwrightFileFormat(Wide(*formatFile));
             if (*formatJson) {
                 const nlohmann::json record = {
                     {"file", *formatFile},
                     {"format", static_cast<int>(generation)},
                     {"formatName", PlotwrightFileFormatName(generation)}};
-                std::cout << record.dump() << '\n';
+                std::cout << DumpJson(record) << '\n';
             } else {
                 std::cout << static_cast<int>(generation) << ' '
                           << PlotwrightFileFormatName(generation) << " ("

@@ -9,6 +9,7 @@
 #include "toolkit/rx/PwRxDictionary.h"
 #include "toolkit/rx/PwRxDynamicLinker.h"
 #include "tools/Commands.h"
+#include "tools/Json.h"
 #include "tools/Output.h"
 
 namespace lodeqdb::cli {
@@ -29,13 +30,13 @@ int ShowMessage(const MessageOptions& options) {
         return ExitFailure;
     }
     wstring text;
-    LodeUtil::FormatMsg1(text, format, LodeUtil::Utf16FromUtf8(options.argument));
+    LodeUtil::FormatMsg1(text, format, Wide(options.argument));
     auto* linker = PwRxDynamicLinker::cast(pwrxSysRegistry()->at(u"DynamicLinker"));
     const std::string locale = linker ? Narrow(linker->productLocale().tag()) : std::string();
     if (options.json) {
         const nlohmann::json record = {
             {"number", options.number}, {"locale", locale}, {"text", Narrow(text)}};
-        std::cout << record.dump() << '\n';
+        std::cout << DumpJson(record) << '\n';
     } else {
         std::cout << Narrow(text) << '\n';
     }

@@ -22,7 +22,13 @@
 
 namespace lodeqdb::cli {
 std::string Narrow(const wstring& text) {
+    // A name's bytes as they are on disk, also when they aren't UTF-8.
+    if (std::optional<std::string> native = LodeUtil::NativeFromUtf16(text)) return *native;
     return LodeUtil::Utf8FromUtf16(text);
+}
+
+wstring Wide(const std::string& argument) {
+    return LodeUtil::Utf16FromNative(argument);
 }
 
 namespace {
@@ -35,7 +41,7 @@ wstring MessageNaming(const lode::LodeException& error, const std::optional<std:
     LodeUtil::FormatMsg1(nameless, text, wstring());
     if (error.message() != nameless) return error.message();
     wstring named;
-    LodeUtil::FormatMsg1(named, text, LodeUtil::Utf16FromUtf8(*file));
+    LodeUtil::FormatMsg1(named, text, Wide(*file));
     return named;
 }
 
@@ -104,7 +110,7 @@ void EndWith(int code) {
 }
 
 wstring FullPath(const std::string& path) {
-    return LodeUtil::AbsoluteFilePath(LodeUtil::Utf16FromUtf8(path)).FullPath();
+    return LodeUtil::AbsoluteFilePath(Wide(path)).FullPath();
 }
 
 }  // namespace lodeqdb::cli

@@ -19,8 +19,11 @@ enum ExitCode : int {
     ExitIncomplete = 3,
 };
 
-/// UTF-8 text for the terminal.
+/// Text for the terminal: UTF-8, and a file name's own bytes where they aren't UTF-8.
 std::string Narrow(const wstring& text);
+/// A command-line argument (a file name, as a rule) as the library takes it: its bytes
+/// carried losslessly, also when they aren't UTF-8 (LodeUtil::Utf16FromNative).
+wstring Wide(const std::string& argument);
 
 /// Runs `command`, turning a library exception into its class, code and message on stderr
 /// and ExitFailure.

@@ -115,7 +115,7 @@ struct Drawing {
         return *this;
     }
     void Save(const std::string& path) {
-        Check(database->saveAs(LodeUtil::Utf16FromUtf8(path).c_str(), false,
+        Check(database->saveAs(LodeUtil::Utf16FromNative(path).c_str(), false,
                                PwDb::PwDbPlwVersionCurrent),
               "saving " + path);
     }
@@ -125,7 +125,7 @@ struct Drawing {
 
 std::string WriteSampleProject(const std::string& folder) {
     for (const char* sub : {"blocks", "floors/furniture", "loop", "images", "docs", "survey"}) {
-        if (!LodeUtil::Directory::CreateDirectory(LodeUtil::Utf16FromUtf8(folder + "/" + sub)))
+        if (!LodeUtil::Directory::CreateDirectory(LodeUtil::Utf16FromNative(folder + "/" + sub)))
             throw std::runtime_error("can't make " + folder + "/" + sub);
     }
     WriteBytes(folder + "/images/photo.png", Png());
@@ -192,11 +192,12 @@ std::string WriteSampleProject(const std::string& folder) {
           "an underlay");
     const std::string root = folder + "/site.plw";
     site.Save(root);
-    Check(db.plxOut(LodeUtil::Utf16FromUtf8(folder + "/site.plx").c_str(), 16,
+    Check(db.plxOut(LodeUtil::Utf16FromNative(folder + "/site.plx").c_str(), 16,
                     PwDb::PwDbPlwVersionCurrent),
           "the exchange copy");
-    return LodeUtil::Utf8FromUtf16(
-        LodeUtil::AbsoluteFilePath(LodeUtil::Utf16FromUtf8(root)).FullPath());
+    return LodeUtil::NativeFromUtf16(
+               LodeUtil::AbsoluteFilePath(LodeUtil::Utf16FromNative(root)).FullPath())
+        .value_or(root);
 }
 
 }  // namespace lodeqdb::cli

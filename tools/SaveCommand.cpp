@@ -14,6 +14,7 @@
 #include "readsave/Saving.h"
 #include "toolkit/db/PwDbDatabase.h"
 #include "tools/Commands.h"
+#include "tools/Json.h"
 #include "tools/Output.h"
 
 namespace lodeqdb::cli {
@@ -89,8 +90,8 @@ std::string CheckFormat(const SaveOptions& options) {
 }
 
 int SaveDrawing(const SaveOptions& options) {
-    const wstring input = LodeUtil::Utf16FromUtf8(options.input);
-    const wstring output = LodeUtil::Utf16FromUtf8(options.output);
+    const wstring input = Wide(options.input);
+    const wstring output = Wide(options.output);
     PwDbDatabase drawing(false, true);
     LodeQDBUtil::ReadFileToDatabase(input, drawing, true, false);
     const FileStamp before = StampOf(output);
@@ -100,9 +101,9 @@ int SaveDrawing(const SaveOptions& options) {
     const FileStamp after = StampOf(output);
     const bool written = status == Plotwright::StatusOk && after.exists && after != before;
     if (options.json) {
-        std::cout
-            << nlohmann::json{{"status", static_cast<int>(status)}, {"written", written}}.dump()
-            << '\n';
+        std::cout << DumpJson(
+                         nlohmann::json{{"status", static_cast<int>(status)}, {"written", written}})
+                  << '\n';
     } else {
         std::cout << "status " << static_cast<int>(status);
         if (status == Plotwright::StatusOk && !written) std::cout << " (nothing written)";

@@ -79,11 +79,31 @@ TEST(NativePathTest, TurnsBackslashesIntoSlashesAndRejectsForeignForms) {
         {wstring(kNul, std::size(kNul) - 1), std::nullopt},
         {u"a\xD800.plw", std::nullopt},
         {u"a\xDC00\xD800", std::nullopt},
+        {u"caf\xDCE9.plw", "caf\xE9.plw"},  // a byte that isn't UTF-8, carried
+        {u"\xDCFF", "\xFF"},
+        {u"a\xDC7F", std::nullopt},  // no byte below 0x80 is ever carried so
     };
     for (const auto& c : cases) {
         SCOPED_TRACE("path: " + Utf8FromUtf16(c.path));
         EXPECT_EQ(NativePath(c.path), c.native);
     }
+}
+
+// A file whose name isn't UTF-8 is found by the name the boundary gives it, and the current
+// folder's name comes back as the same units.
+TEST_F(FileSystemTest, NamesThatArentUtf8AreFoundAndKept) {
+    WriteFile("caf\xE9.plw");
+    WriteFile("\xFF.plw");
+    EXPECT_TRUE(File::Exists(wroot_ + u"/caf\xDCE9.plw"));
+    EXPECT_TRUE(File::Exists(wroot_ + u"/\xDCFF.plw"));
+    EXPECT_FALSE(File::Exists(wroot_ + u"/caf\uFFFD.plw"));
+    ASSERT_TRUE(fs::create_directory(root_ + "/dir\xE9"));
+    const fs::path before = fs::current_path();
+    fs::current_path(root_ + "/dir\xE9");
+    const std::optional<wstring> current = detail::CurrentDirectory();
+    fs::current_path(before);
+    ASSERT_TRUE(current.has_value());
+    EXPECT_EQ(*current, Utf16FromNative(root_) + u"/dir\xDCE9");
 }
 
 TEST_F(FileSystemTest, StoredRelativePathWithBackslashesFindsTheFile) {

@@ -32,11 +32,11 @@ wstring defaultRootFolder() {
         return value == nullptr ? std::string() : std::string(value);
     };
     if (std::string root = variable("LODEQDB_ROOT"); !root.empty())
-        return LodeUtil::Utf16FromUtf8(root);
+        return LodeUtil::Utf16FromNative(root);
     if (std::string config = variable("XDG_CONFIG_HOME"); !config.empty())
-        return LodeUtil::Utf16FromUtf8(config + "/lodeqdb");
+        return LodeUtil::Utf16FromNative(config + "/lodeqdb");
     if (std::string home = variable("HOME"); !home.empty())
-        return LodeUtil::Utf16FromUtf8(home + "/.config/lodeqdb");
+        return LodeUtil::Utf16FromNative(home + "/.config/lodeqdb");
     return wstring();
 }
 

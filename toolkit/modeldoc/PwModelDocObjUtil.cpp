@@ -9,6 +9,7 @@
 #include <string>
 #include <system_error>
 
+#include "lodeutil/FileSystem.h"
 #include "lodeutil/Utf.h"
 #include "toolkit/db/PwDbAuthoring.h"
 #include "toolkit/db/PwDbDatabase.h"
@@ -46,7 +47,8 @@ Plotwright::ErrorStatus WriteNewFile(const wstring& path, const std::string& byt
     }
     if (written && file.flush()) return Plotwright::StatusOk;
     file = FileIO::File();
-    pwFileSystemCalls().unlink(LodeUtil::Utf8FromUtf16(path).c_str());
+    if (const std::optional<std::string> native = LodeUtil::NativePath(path))
+        pwFileSystemCalls().unlink(native->c_str());
     return Plotwright::StatusFileIOError;
 }
 
@@ -119,7 +121,7 @@ Plotwright::ErrorStatus unpackGearmarkDrawingFile(PwDbDatabase* database, PwStri
     std::string pattern = (temporary / "pwmodeldoc-XXXXXX").string();
     if (mkdtemp(pattern.data()) == nullptr) return Plotwright::StatusFileIOError;
     const Plotwright::ErrorStatus status =
-        unpackGearmarkDrawingFile(database, PwString(LodeUtil::Utf16FromUtf8(pattern)), path);
+        unpackGearmarkDrawingFile(database, PwString(LodeUtil::Utf16FromNative(pattern)), path);
     if (status != Plotwright::StatusOk) rmdir(pattern.c_str());
     return status;
 }
