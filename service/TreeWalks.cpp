@@ -67,6 +67,15 @@ struct Level {
     std::unique_ptr<PwDbDatabase> owned;
 };
 
+// The next record of a walk's way down, in pre-order: levels that are done are left first.
+// Null when the way is done. The record stays valid until the way changes.
+const FileData* NextRecord(std::vector<Level>& way) {
+    while (!way.empty() && way.back().next == way.back().records.size()) way.pop_back();
+    if (way.empty()) return nullptr;
+    Level& level = way.back();
+    return &level.records[level.next++];
+}
+
 class NestedCollector {
   public:
     NestedCollector(bool followDgn, WalkStop& stop) : followDgn_(followDgn), stop_(stop) {}
@@ -79,18 +88,12 @@ class NestedCollector {
             std::vector<Level> way;
             way.push_back(Level{PlotwrightChildren(root, nullptr), 0, &root, false, nullptr});
             visited.insert(rootName);
-            while (!way.empty()) {
-                Level& level = way.back();
-                if (level.next == level.records.size()) {
-                    way.pop_back();
-                    continue;
-                }
-                const FileData& record = level.records[level.next++];
-                const wstring name = record.GetFullname();
+            while (const FileData* record = NextRecord(way)) {
+                const wstring name = record->GetFullname();
                 if (!visited.insert(name).second) continue;
-                children_.push_back(record);
+                children_.push_back(*record);
                 asking = name;
-                if (std::optional<Level> below = Below(record, level))
+                if (std::optional<Level> below = Below(*record, way.back()))
                     way.push_back(std::move(*below));
             }
         } catch (const std::exception& error) {
@@ -150,18 +153,12 @@ class ParentCollector {
             }
             std::vector<Level> way;
             way.push_back(Level{children, 0, &root, false, nullptr});
-            while (!way.empty()) {
-                Level& level = way.back();
-                if (level.next == level.records.size()) {
-                    way.pop_back();
-                    continue;
-                }
-                const FileData& record = level.records[level.next++];
-                const wstring name = record.GetFullname();
+            while (const FileData* record = NextRecord(way)) {
+                const wstring name = record->GetFullname();
                 if (!visited.insert(ComparableName(name)).second) continue;
                 asking = name;
-                Level below = Below(record, level);
-                if (AnyIsTarget(below.records, targets_)) parents_.push_back(record);
+                Level below = Below(*record, way.back());
+                if (AnyIsTarget(below.records, targets_)) parents_.push_back(*record);
                 if (!below.records.empty()) way.push_back(std::move(below));
             }
         } catch (const std::exception& error) {

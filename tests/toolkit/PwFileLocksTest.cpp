@@ -22,6 +22,26 @@ using Plotwright::StatusOk;
 class PwFileLocks : public lodeqdbtest::TempFolderTest {
   protected:
     PwFileLocks() : TempFolderTest("lodeqdb-locks") {}
+
+    // A child process that holds `name` under an exclusive lock for `milliseconds`; returns
+    // once the lock is held.
+    pid_t HoldExclusively(const std::string& name, int milliseconds) {
+        int ready[2];
+        if (pipe(ready) != 0) return -1;
+        const pid_t holder = fork();
+        if (holder == 0) {
+            const File held = File::openFile(Path(name).c_str(), kWideChars, kOpenForRead,
+                                             kShareExclusive, kOpenExisting);
+            if (write(ready[1], "x", 1) != 1) _exit(1);
+            usleep(static_cast<useconds_t>(milliseconds) * 1000);
+            _exit(held.openStatus() == StatusOk ? 0 : 1);
+        }
+        char byte = 0;
+        const bool held = read(ready[0], &byte, 1) == 1;
+        close(ready[0]);
+        close(ready[1]);
+        return held ? holder : -1;
+    }
 };
 
 // Four processes read one file 500 times each while a fifth replaces it again and again until
@@ -73,18 +93,8 @@ TEST_F(PwFileLocks, ReadersAndASaverNeverFailEachOther) {
 // An exclusive lock kept for longer than the bound: a reader gives up after the bound.
 TEST_F(PwFileLocks, ALockKeptPastTheBoundIsReported) {
     Write("a.plw", "held");
-    int ready[2];
-    ASSERT_EQ(pipe(ready), 0);
-    const pid_t holder = fork();
-    if (holder == 0) {
-        const File held = File::openFile(Path("a.plw").c_str(), kWideChars, kOpenForRead,
-                                         kShareExclusive, kOpenExisting);
-        write(ready[1], "x", 1);
-        sleep(30);  // until killed
-        _exit(held.openStatus() == StatusOk ? 0 : 1);
-    }
-    char byte = 0;
-    ASSERT_EQ(read(ready[0], &byte, 1), 1);
+    const pid_t holder = HoldExclusively("a.plw", 30000);
+    ASSERT_GT(holder, 0);
     const auto start = std::chrono::steady_clock::now();
     std::string bytes;
     EXPECT_EQ(ReadWholeFile(Path("a.plw").c_str(), kShareRead, bytes),
@@ -93,8 +103,6 @@ TEST_F(PwFileLocks, ALockKeptPastTheBoundIsReported) {
     EXPECT_GE(waited, std::chrono::milliseconds(kPwLockWaitMilliseconds));
     kill(holder, SIGKILL);
     waitpid(holder, nullptr, 0);
-    close(ready[0]);
-    close(ready[1]);
     // Once the holder is gone the file reads at once.
     EXPECT_EQ(ReadWholeFile(Path("a.plw").c_str(), kShareRead, bytes), StatusOk);
 }
@@ -102,26 +110,12 @@ TEST_F(PwFileLocks, ALockKeptPastTheBoundIsReported) {
 // A holder that lets go within the bound is waited for.
 TEST_F(PwFileLocks, ALockLetGoWithinTheBoundIsWaitedFor) {
     Write("a.plw", "held");
-    int ready[2];
-    ASSERT_EQ(pipe(ready), 0);
-    const pid_t holder = fork();
-    if (holder == 0) {
-        {
-            const File held = File::openFile(Path("a.plw").c_str(), kWideChars, kOpenForRead,
-                                             kShareExclusive, kOpenExisting);
-            write(ready[1], "x", 1);
-            usleep(300 * 1000);
-        }
-        _exit(0);
-    }
-    char byte = 0;
-    ASSERT_EQ(read(ready[0], &byte, 1), 1);
+    const pid_t holder = HoldExclusively("a.plw", 300);
+    ASSERT_GT(holder, 0);
     std::string bytes;
     EXPECT_EQ(ReadWholeFile(Path("a.plw").c_str(), kShareRead, bytes), StatusOk);
     EXPECT_EQ(bytes, "held");
     waitpid(holder, nullptr, 0);
-    close(ready[0]);
-    close(ready[1]);
 }
 
 }  // namespace
