@@ -78,7 +78,8 @@ const FileData* NextRecord(std::vector<Level>& way) {
 
 class NestedCollector {
   public:
-    NestedCollector(bool followDgn, WalkStop& stop) : followDgn_(followDgn), stop_(stop) {}
+    NestedCollector(bool followDgn, WalkStop& stop, const WalkObserver* observer = nullptr)
+        : followDgn_(followDgn), stop_(stop), observer_(observer) {}
 
     std::vector<FileData> Walk(PwDbDatabase& root, const wstring& rootName) {
         stop_ = WalkStop();
@@ -90,7 +91,9 @@ class NestedCollector {
             visited.insert(rootName);
             while (const FileData* record = NextRecord(way)) {
                 const wstring name = record->GetFullname();
-                if (!visited.insert(name).second) continue;
+                const bool metBefore = !visited.insert(name).second;
+                if (observer_ != nullptr) (*observer_)(WalkStep{*record, way.size(), metBefore});
+                if (metBefore) continue;
                 children_.push_back(*record);
                 asking = name;
                 if (std::optional<Level> below = Below(*record, way.back()))
@@ -129,6 +132,7 @@ class NestedCollector {
     std::vector<FileData> children_;
     bool followDgn_;
     WalkStop& stop_;
+    const WalkObserver* observer_;
 };
 
 class ParentCollector {
@@ -211,6 +215,13 @@ std::vector<FileData> PlotwrightNestedChildren(const wstring& path, bool followD
     PwDbDatabase root(false, true);
     LodeQDBUtil::ReadFileToDatabase(path, root, true, true);
     return NestedCollector(followDgn, stop).Walk(root, path);
+}
+
+std::vector<FileData> PlotwrightNestedChildren(const wstring& path, bool followDgn, WalkStop& stop,
+                                               const WalkObserver& observer) {
+    PwDbDatabase root(false, true);
+    LodeQDBUtil::ReadFileToDatabase(path, root, true, true);
+    return NestedCollector(followDgn, stop, &observer).Walk(root, path);
 }
 
 std::vector<FileData> PlotwrightNestedChildren(PwDbDatabase& root, bool followDgn) {

@@ -20,7 +20,9 @@
 // references is walked, and time and memory grow with the number of records met.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -46,6 +48,16 @@ struct WalkStop {
     wstring file;
 };
 
+/// One record as the nested walk meets it, for a caller that draws the tree: its depth below
+/// the root (1 for the root's own dependencies) and whether a record of its name was met
+/// before (the walk then neither lists nor enters it again).
+struct WalkStep {
+    const FileData& record;
+    size_t depth;
+    bool metBefore;
+};
+using WalkObserver = std::function<void(const WalkStep&)>;
+
 /// Everything below `root` (not the root itself): each distinct full name once, at its first
 /// meeting, in depth-first pre-order. Resolved references are entered through the drawings
 /// the root has loaded; with `followDgn`, DGN files through their reference tables. Names are
@@ -57,6 +69,10 @@ std::vector<FileData> PlotwrightNestedChildren(const wstring& path, bool followD
 /// The two walks above, telling in `stop` whether the list is whole (see WalkStop).
 std::vector<FileData> PlotwrightNestedChildren(PwDbDatabase& root, bool followDgn, WalkStop& stop);
 std::vector<FileData> PlotwrightNestedChildren(const wstring& path, bool followDgn, WalkStop& stop);
+/// The walk of the drawing file `path`, telling `observer` of every record it meets, in the
+/// order it meets them, repeats included (WalkStep).
+std::vector<FileData> PlotwrightNestedChildren(const wstring& path, bool followDgn,
+                                               WalkStop& stop, const WalkObserver& observer);
 
 /// The files of `root`'s tree (`rootPath` is its path) that directly refer to one of `targets`:
 /// the root first when it does (as the caller spelled `rootPath`, type Plw, resolved, null id),

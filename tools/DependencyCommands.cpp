@@ -15,6 +15,7 @@
 #include "tools/EnumNames.h"
 #include "tools/FileRecords.h"
 #include "tools/Output.h"
+#include "tools/TreeOutput.h"
 
 namespace lodeqdb::cli {
 namespace {
@@ -26,7 +27,27 @@ struct QueryOptions {
     std::vector<std::string> targets;
     bool followDgn = false;
     bool json = false;
+    bool flat = false;
 };
+
+// The walk of `tree`: drawn as a tree for people, unless a flat list or JSON is asked for.
+LodeQDBService::Request::WalkStop Tree(const QueryOptions& options) {
+    const wstring root = FullPath(options.file);
+    LodeQDBService::Request::WalkStop stop;
+    if (options.json || options.flat) {
+        PrintFileRecords(
+            LodeQDBService::Request::PlotwrightNestedChildren(root, options.followDgn, stop),
+            options.json);
+        return stop;
+    }
+    std::vector<TreeLine> lines;
+    LodeQDBService::Request::PlotwrightNestedChildren(
+        root, options.followDgn, stop, [&](const LodeQDBService::Request::WalkStep& step) {
+            lines.push_back(TreeLine{step.record, step.depth, step.metBefore});
+        });
+    PrintTree(std::cout, root, lines);
+    return stop;
+}
 
 // Says on stderr that a walk stopped early, and why; the code for the client's exit.
 int ReportStop(const LodeQDBService::Request::WalkStop& stop) {
@@ -62,20 +83,17 @@ void AddDependencyCommands(CLI::App& app) {
 
     auto tree = std::make_shared<QueryOptions>();
     CLI::App* treeCommand = app.add_subcommand(
-        "tree", "Everything a drawing depends on at any depth, depth first, each file once");
+        "tree",
+        "Everything a drawing depends on at any depth, drawn as a tree: depth first, each file "
+        "entered once and marked where it is met again");
     treeCommand->add_option("file", tree->file, "Drawing file (.plw or .plx)")->required();
     treeCommand->add_flag("--dgn", tree->followDgn, "Follow the references of DGN files too");
     treeCommand->add_flag("--json", tree->json, "One JSON array on stdout");
+    treeCommand->add_flag("--flat", tree->flat,
+                          "One record a line under headings, each file once, instead of a tree");
     treeCommand->footer(kIncompleteHelp);
-    treeCommand->callback([tree] {
-        EndWith(RunReportingErrors([&] {
-            LodeQDBService::Request::WalkStop stop;
-            PrintFileRecords(LodeQDBService::Request::PlotwrightNestedChildren(
-                                 FullPath(tree->file), tree->followDgn, stop),
-                             tree->json);
-            return ReportStop(stop);
-        }));
-    });
+    treeCommand->callback(
+        [tree] { EndWith(RunReportingErrors([&] { return ReportStop(Tree(*tree)); })); });
 
     auto parents = std::make_shared<QueryOptions>();
     CLI::App* parentsCommand = app.add_subcommand(

@@ -1,3 +1,4 @@
+// Printing dependency records: a table for people, a JSON array for programs.
 #include "tools/FileRecords.h"
 
 #include <iostream>
@@ -6,6 +7,7 @@
 #include "tools/EnumNames.h"
 #include "tools/Json.h"
 #include "tools/Output.h"
+#include "tools/Table.h"
 
 namespace lodeqdb::cli {
 
@@ -24,11 +26,12 @@ void PrintFileRecords(const std::vector<FileData>& records, bool json) {
         std::cout << DumpJson(list) << '\n';
         return;
     }
+    Table table({"KIND", "REFERENCE", "FILE"});
     for (const FileData& record : records) {
-        std::cout << FileTypeName(record.GetType()) << '\t'
-                  << XrefStatusName(record.GetXrefStatus()) << '\t' << Narrow(record.GetFullname())
-                  << '\n';
+        table.add({FileTypeWords(record.GetType()), XrefStatusWords(record.GetXrefStatus()),
+                   Narrow(record.GetFullname())});
     }
+    table.print(std::cout);
 }
 
 }  // namespace lodeqdb::cli

@@ -73,4 +73,21 @@ std::vector<std::string> Lines(const std::string& text) {
     return lines;
 }
 
+std::vector<std::vector<std::string>> TableRows(const std::string& text) {
+    std::vector<std::vector<std::string>> rows;
+    for (const std::string& line : Lines(text)) {
+        std::vector<std::string> cells;
+        size_t at = 0;
+        while (at < line.size()) {
+            size_t gap = line.find("  ", at);
+            if (gap == std::string::npos) gap = line.size();
+            cells.push_back(line.substr(at, gap - at));
+            at = line.find_first_not_of(' ', gap);
+            if (at == std::string::npos) break;
+        }
+        rows.push_back(std::move(cells));
+    }
+    return rows;
+}
+
 }  // namespace lodeqdbclitest

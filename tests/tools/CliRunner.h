@@ -28,4 +28,8 @@ CliResult RunCliWithin(int seconds, const std::vector<std::string>& arguments,
 /// The lines of `text`, without their line ends.
 std::vector<std::string> Lines(const std::string& text);
 
+/// The rows of a table the client printed under headings: each line cut into its cells where
+/// two or more spaces stand between them; the headings are the first row.
+std::vector<std::vector<std::string>> TableRows(const std::string& text);
+
 }  // namespace lodeqdbclitest

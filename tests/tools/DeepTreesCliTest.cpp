@@ -49,6 +49,20 @@ TEST_F(DeepTreesCli, AChainOf100000DrawingsThroughChildrenTreeAndParents) {
     EXPECT_EQ(parents[0]["name"], File("d" + std::to_string(kDrawingChain - 2) + ".plw"));
 }
 
+// Deeper than 32 levels the tree writes depths as numbers instead of drawing bars.
+TEST_F(DeepTreesCli, DeepLevelsOfTheTreeAreNumbered) {
+    lodeqdbtest::WriteReferenceChain(folder, 40);
+    const auto result = RunCli({"tree", File("d0.plw")}, folder);
+    ASSERT_EQ(result.exitCode, 0) << result.err;
+    const auto lines = Lines(result.out);
+    ASSERT_EQ(lines.size(), 40u);
+    EXPECT_EQ(lines[0], "d0.plw");
+    EXPECT_EQ(lines[1], "└── d1.plw  drawing, found");
+    EXPECT_EQ(lines[2], "    └── d2.plw  drawing, found");
+    EXPECT_EQ(lines[33], "[depth 33] └── d33.plw  drawing, found");
+    EXPECT_EQ(lines[39], "[depth 39] └── d39.plw  drawing, found");
+}
+
 TEST_F(DeepTreesCli, AChainOf20000DesignFilesThroughTreeAndParents) {
     constexpr int kChain = 20000;
     lodeqdbtest::WriteDesignFileChain(folder, kChain);

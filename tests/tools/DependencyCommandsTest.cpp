@@ -13,6 +13,8 @@ namespace {
 
 using lodeqdbclitest::Lines;
 using lodeqdbclitest::RunCli;
+using lodeqdbclitest::TableRows;
+using Rows = std::vector<std::vector<std::string>>;
 
 class DependencyCommands : public lodeqdbtest::TempFolderTest {
   protected:
@@ -51,10 +53,10 @@ class DependencyCommands : public lodeqdbtest::TempFolderTest {
 TEST_F(DependencyCommands, ChildrenAreOneLineEach) {
     const auto result = RunCli({"children", File("a.plw")}, folder);
     EXPECT_EQ(result.exitCode, 0) << result.err;
-    EXPECT_EQ(Lines(result.out),
-              (std::vector<std::string>{"Plw\tXrefResolved\t" + File("b.plw"),
-                                        "Plw\tXrefResolved\t" + File("c.plw"),
-                                        "Image\tNotAnXref\t" + File("photo.png")}));
+    EXPECT_EQ(TableRows(result.out), (Rows{{"KIND", "REFERENCE", "FILE"},
+                                           {"drawing", "found", File("b.plw")},
+                                           {"drawing", "found", File("c.plw")},
+                                           {"image", "not a reference", File("photo.png")}}));
 }
 
 TEST_F(DependencyCommands, TheTreeAsJsonIsParsedRecordByRecord) {
@@ -82,7 +84,8 @@ TEST_F(DependencyCommands, ParentsOfATargetAreListed) {
     EXPECT_EQ(records[0]["name"], File("b.plw"));
     EXPECT_EQ(records[1]["name"], File("c.plw"));
     result = RunCli({"parents", File("a.plw"), File("b.plw"), File("photo.png")}, folder);
-    EXPECT_EQ(Lines(result.out), (std::vector<std::string>{"Plw\tXrefResolved\t" + File("a.plw")}));
+    EXPECT_EQ(TableRows(result.out),
+              (Rows{{"KIND", "REFERENCE", "FILE"}, {"drawing", "found", File("a.plw")}}));
 }
 
 TEST_F(DependencyCommands, FailuresAndUsage) {
@@ -111,14 +114,17 @@ TEST_F(RelativeArguments, FilesGivenRelativeToTheWorkingDirectoryAreAskedByFullP
     const std::string command = "cd '" + folder + "' && '" + std::string(LODEQDB_CLI) +
                                 "' parents p/site.plw p/blocks/title.plw > out.txt";
     ASSERT_EQ(std::system(command.c_str()), 0);
-    EXPECT_EQ(Lines(Read("out.txt")),
-              (std::vector<std::string>{"Plw\tXrefResolved\t" + folder + "/p/site.plw",
-                                        "Plw\tXrefResolved\t" + folder + "/p/floors/ground.plw"}));
+    EXPECT_EQ(TableRows(Read("out.txt")),
+              (Rows{{"KIND", "REFERENCE", "FILE"},
+                    {"drawing", "found", folder + "/p/site.plw"},
+                    {"drawing", "found", folder + "/p/floors/ground.plw"}}));
     const std::string tree = "cd '" + folder + "' && '" + std::string(LODEQDB_CLI) +
                              "' children p/site.plw > children.txt";
     ASSERT_EQ(std::system(tree.c_str()), 0);
-    for (const std::string& line : Lines(Read("children.txt")))
-        EXPECT_NE(line.find('\t' + folder + "/p/"), std::string::npos) << line;
+    const auto rows = TableRows(Read("children.txt"));
+    ASSERT_GT(rows.size(), 1u);
+    for (size_t row = 1; row < rows.size(); ++row)
+        EXPECT_EQ(rows[row].back().rfind(folder + "/p/", 0), 0u) << rows[row].back();
 }
 
 }  // namespace

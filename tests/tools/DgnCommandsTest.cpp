@@ -64,9 +64,11 @@ TEST_F(DgnCommands, ModelsAreOneNameALine) {
 TEST_F(DgnCommands, ReferencesArePrintedAsDependencyRecords) {
     auto result = RunCli({"dgn-refs", File("site.dgn")}, folder);
     EXPECT_EQ(result.exitCode, 0) << result.err;
-    EXPECT_EQ(Lines(result.out),
-              (std::vector<std::string>{"Dgn\tNotAnXref\t" + File("survey.dgn"),
-                                        "Unknown\tNotAnXref\t" + File("gone.dgn")}));
+    EXPECT_EQ(lodeqdbclitest::TableRows(result.out),
+              (std::vector<std::vector<std::string>>{
+                  {"KIND", "REFERENCE", "FILE"},
+                  {"DGN design file", "not a reference", File("survey.dgn")},
+                  {"unknown kind", "not a reference", File("gone.dgn")}}));
     result = RunCli({"dgn-refs", File("site.dgn"), "--json"}, folder);
     EXPECT_EQ(result.exitCode, 0) << result.err;
     const auto records = nlohmann::json::parse(result.out);

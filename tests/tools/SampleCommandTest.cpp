@@ -45,28 +45,60 @@ TEST_F(SampleCommand, TheSampleTreeHasEveryKindOfDependency) {
     EXPECT_EQ(statuses.size(), 10u);
 
     // Following design files, the one the sample's design file attaches comes right after it.
-    result = RunCli({"tree", root, "--dgn"}, folder);
+    result = RunCli({"tree", root, "--dgn", "--flat"}, folder);
     ASSERT_EQ(result.exitCode, 0) << result.err;
-    const std::vector<std::string> lines = Lines(result.out);
-    ASSERT_EQ(lines.size(), 11u);
+    const auto rows = lodeqdbclitest::TableRows(result.out);
+    ASSERT_EQ(rows.size(), 12u);
+    using Row = std::vector<std::string>;
     const auto site =
-        std::find(lines.begin(), lines.end(), "Dgn\tNotAnXref\t" + project + "/survey/site.dgn");
-    ASSERT_NE(site, lines.end());
-    ASSERT_NE(site + 1, lines.end());
-    EXPECT_EQ(*(site + 1), "Dgn\tNotAnXref\t" + project + "/survey/terrain.dgn");
+        std::find(rows.begin(), rows.end(),
+                  Row{"DGN design file", "not a reference", project + "/survey/site.dgn"});
+    ASSERT_NE(site, rows.end());
+    ASSERT_NE(site + 1, rows.end());
+    EXPECT_EQ(*(site + 1),
+              (Row{"DGN design file", "not a reference", project + "/survey/terrain.dgn"}));
     // And the design file itself can be asked.
     result = RunCli({"dgn-refs", project + "/survey/site.dgn"}, folder);
-    EXPECT_EQ(Lines(result.out),
-              std::vector<std::string>{"Dgn\tNotAnXref\t" + project + "/survey/terrain.dgn"});
+    EXPECT_EQ(lodeqdbclitest::TableRows(result.out),
+              (std::vector<Row>{
+                  {"KIND", "REFERENCE", "FILE"},
+                  {"DGN design file", "not a reference", project + "/survey/terrain.dgn"}}));
 
     // The exchange copy beside the root has the same children.
     const auto native = RunCli({"children", root}, folder).out;
     EXPECT_EQ(RunCli({"children", project + "/site.plx"}, folder).out, native);
     // Who refers to the shared title block: the root and the ground floor.
     result = RunCli({"parents", root, project + "/blocks/title.plw"}, folder);
-    EXPECT_EQ(Lines(result.out),
-              (std::vector<std::string>{"Plw\tXrefResolved\t" + root,
-                                        "Plw\tXrefResolved\t" + project + "/floors/ground.plw"}));
+    EXPECT_EQ(lodeqdbclitest::TableRows(result.out),
+              (std::vector<Row>{{"KIND", "REFERENCE", "FILE"},
+                                {"drawing", "found", root},
+                                {"drawing", "found", project + "/floors/ground.plw"}}));
+}
+
+// The tree as people read it: depth by indentation, names relative to the root's folder, the
+// cycle and the shared title block visible where they are met again, the missing drawing
+// said to be missing.
+TEST_F(SampleCommand, TheTreeIsDrawnAsATree) {
+    const std::string project = folder + "/project";
+    ASSERT_EQ(RunCli({"sample", project}, folder).exitCode, 0);
+    const auto result = RunCli({"tree", "--dgn", project + "/site.plw"}, folder);
+    ASSERT_EQ(result.exitCode, 0) << result.err;
+    EXPECT_EQ(Lines(result.out), (std::vector<std::string>{
+                                     "site.plw",
+                                     "├── floors/ground.plw  drawing, found",
+                                     "│   ├── blocks/title.plw  drawing, found",
+                                     "│   └── floors/upper.plw  drawing, found",
+                                     "│       └── floors/furniture/chairs.plw  drawing, found",
+                                     "├── blocks/title.plw  (already listed above)",
+                                     "├── loop/a.plw  drawing, found",
+                                     "│   └── loop/b.plw  drawing, found",
+                                     "│       └── loop/a.plw  (already listed above)",
+                                     "├── missing/old.plw  drawing, missing",
+                                     "├── images/photo.png  image",
+                                     "├── survey/site.dgn  DGN design file",
+                                     "│   └── survey/terrain.dgn  DGN design file",
+                                     "└── docs/plan.pdf  PDF",
+                                 }));
 }
 
 TEST_F(SampleCommand, AFolderThatCantBeMadeIsAFailure) {
