@@ -219,6 +219,7 @@ void PwDbDatabase::swapContents(PwDbDatabase& other) {
     std::swap(m_blockTable, other.m_blockTable);
     std::swap(m_layerTable, other.m_layerTable);
     std::swap(m_textStyleTable, other.m_textStyleTable);
+    std::swap(m_currentLayoutBlock, other.m_currentLayoutBlock);
     std::swap(m_blockReferences, other.m_blockReferences);
     std::swap(m_namedObjects, other.m_namedObjects);
     std::swap(m_layoutDictionary, other.m_layoutDictionary);

@@ -117,6 +117,15 @@ class PwDbDatabase {
     PwDbObjectId modelSpaceId() const { return m_modelSpace; }
     PwDbObjectId paperSpaceId() const { return m_paperSpace; }
     PwDbObjectId layerZeroId() const { return m_layerZero; }
+    /// The block of the layout that is current in the drawing, where the host's layout service
+    /// places new things by default: the model space unless setCurrentLayoutBlockId chose
+    /// another layout's block (still live). A choice of the session: it isn't saved, and a
+    /// drawing read from a file starts with the model space.
+    PwDbObjectId currentLayoutBlockId() const;
+    /// Chooses the current layout by its block; null goes back to the model space.
+    /// StatusWrongDatabase for a block of another drawing, StatusNotApplicable for a block
+    /// that belongs to no layout, the open's status when it can't be read.
+    Plotwright::ErrorStatus setCurrentLayoutBlockId(PwDbObjectId block);
     /// The current layer, on which new entities land; layer "0" at first.
     PwDbObjectId clayer() const { return m_currentLayer; }
     Plotwright::ErrorStatus setClayer(PwDbObjectId layer);
@@ -262,6 +271,7 @@ class PwDbDatabase {
     PwDbObjectId m_paperSpace;
     PwDbObjectId m_layerZero;
     PwDbObjectId m_currentLayer;
+    PwDbObjectId m_currentLayoutBlock;
 
     PwDb::MeasurementValue m_measurement = PwDb::Metric;
     wstring m_filename;

@@ -135,6 +135,29 @@ void PwDbDatabase::ensureTextStyleTable() {
     styles->close();
 }
 
+PwDbObjectId PwDbDatabase::currentLayoutBlockId() const {
+    if (m_currentLayoutBlock.isNull() || !m_currentLayoutBlock.isValid() ||
+        m_currentLayoutBlock.stub()->object->isErased()) {
+        return m_modelSpace;
+    }
+    return m_currentLayoutBlock;
+}
+
+Plotwright::ErrorStatus PwDbDatabase::setCurrentLayoutBlockId(PwDbObjectId block) {
+    if (block.isNull()) {
+        m_currentLayoutBlock = PwDbObjectId();
+        return Plotwright::StatusOk;
+    }
+    if (block.database() != this) return Plotwright::StatusWrongDatabase;
+    PwDbBlockTableRecord* record = nullptr;
+    if (auto status = pwdbOpenObject(record, block, PwDb::OpenForRead)) return status;
+    const bool isLayout = record->isLayout();
+    record->close();
+    if (!isLayout) return Plotwright::StatusNotApplicable;
+    m_currentLayoutBlock = block;
+    return Plotwright::StatusOk;
+}
+
 PwDbObjectId PwDbDatabase::standardTextStyleId() const {
     PwDbTextStyleTable* styles = nullptr;
     if (getSymbolTable(styles, PwDb::OpenForRead) != Plotwright::StatusOk) return PwDbObjectId();
