@@ -32,8 +32,9 @@ const Drawing& MillionObjectDrawing() {
         PwDbDatabase& db = *made.database;
         PwDbObjectId blocks[kBlocks];
         for (int b = 0; b < kBlocks; ++b) {
-            PwDbAuthoring::addBlock(db, u"B" + wstring(1, static_cast<char16_t>(u'0' + b % 10)) +
-                                            wstring(1, static_cast<char16_t>(u'0' + b / 10)),
+            PwDbAuthoring::addBlock(db,
+                                    u"B" + wstring(1, static_cast<char16_t>(u'0' + b % 10)) +
+                                        wstring(1, static_cast<char16_t>(u'0' + b / 10)),
                                     &blocks[b]);
         }
         made.rare = blocks[0];

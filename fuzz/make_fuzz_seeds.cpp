@@ -43,7 +43,7 @@ int main(int argc, char** argv) {
     PwDbAuthoring::addPlotSettings(*drawing, u"Draft", false, 297, 210);
     PwDbObjectId style;
     PwDbAuthoring::addTextStyle(*drawing, u"Titles", {u"serif", 3.5, 0.9}, &style);
-    PwDbAuthoring::TableSpec table;
+    PwDbAuthoring::TableDesign table;
     table.columnWidths = {10, 40};
     table.rows.push_back({PwDb::RowKindTitle, 8, {u"{\\fserif;REVISIONS}"}});
     table.rows.push_back({PwDb::RowKindHeader, 6, {u"Rev", u"Description"}});
@@ -71,8 +71,7 @@ int main(int argc, char** argv) {
     }
     // Formatted cell texts, as UTF-16 little-endian bytes.
     const wstring texts[] = {u"{\\fserif;\\H2.5;Rev \\L\\{A\\}\\l}\\PNext",
-                             u"{{nested {deep}} \\\\ \\~end\\",
-                             u"\\H0.7x;{open \\fmono"};
+                             u"{{nested {deep}} \\\\ \\~end\\", u"\\H0.7x;{open \\fmono"};
     index = 0;
     for (const wstring& text : texts) {
         written += WriteUtf16(folder + "/text" + std::to_string(index++) + ".mtext", text);

@@ -36,22 +36,22 @@ TEST_P(BlockReferenceIndex, ListsLiveReferencesInTheOrderTheyWereAdded) {
     ASSERT_EQ(PwDbAuthoring::addBlock(*drawing, u"Inner", &inner), StatusOk);
     std::vector<PwDbObjectId> refs(5);
     const PwDbObjectId model = drawing->modelSpaceId();
-    ASSERT_EQ(PwDbAuthoring::addBlockReference(*drawing, model, door, {0, 0, 0}, {}, 0, {},
-                                               &refs[0]),
-              StatusOk);
-    ASSERT_EQ(PwDbAuthoring::addBlockReference(*drawing, model, window, {1, 0, 0}, {}, 0, {},
-                                               &refs[1]),
-              StatusOk);
-    ASSERT_EQ(PwDbAuthoring::addBlockReference(*drawing, drawing->paperSpaceId(), door,
-                                               {2, 0, 0}, {}, 0, {}, &refs[2]),
+    ASSERT_EQ(
+        PwDbAuthoring::addBlockReference(*drawing, model, door, {0, 0, 0}, {}, 0, {}, &refs[0]),
+        StatusOk);
+    ASSERT_EQ(
+        PwDbAuthoring::addBlockReference(*drawing, model, window, {1, 0, 0}, {}, 0, {}, &refs[1]),
+        StatusOk);
+    ASSERT_EQ(PwDbAuthoring::addBlockReference(*drawing, drawing->paperSpaceId(), door, {2, 0, 0},
+                                               {}, 0, {}, &refs[2]),
               StatusOk);
     // A nested placement counts for the block it places, not for the one it sits in.
-    ASSERT_EQ(PwDbAuthoring::addBlockReference(*drawing, window, inner, {3, 0, 0}, {}, 0, {},
-                                               &refs[3]),
-              StatusOk);
-    ASSERT_EQ(PwDbAuthoring::addBlockReference(*drawing, model, door, {4, 0, 0}, {}, 0, {},
-                                               &refs[4]),
-              StatusOk);
+    ASSERT_EQ(
+        PwDbAuthoring::addBlockReference(*drawing, window, inner, {3, 0, 0}, {}, 0, {}, &refs[3]),
+        StatusOk);
+    ASSERT_EQ(
+        PwDbAuthoring::addBlockReference(*drawing, model, door, {4, 0, 0}, {}, 0, {}, &refs[4]),
+        StatusOk);
     EXPECT_EQ(ReferencesOf(door), (std::vector<PwDbObjectId>{refs[0], refs[2], refs[4]}));
     EXPECT_EQ(ReferencesOf(window), (std::vector<PwDbObjectId>{refs[1]}));
     EXPECT_EQ(ReferencesOf(inner), (std::vector<PwDbObjectId>{refs[3]}));
@@ -68,12 +68,10 @@ TEST_P(BlockReferenceIndex, ListsLiveReferencesInTheOrderTheyWereAdded) {
         << "handle order, not the order of the change";
 
     const auto read = ReadBack(*drawing, "references");
-    EXPECT_EQ(ReferencesOf(Same(*read, door)),
-              (std::vector<PwDbObjectId>{Same(*read, refs[4])}));
+    EXPECT_EQ(ReferencesOf(Same(*read, door)), (std::vector<PwDbObjectId>{Same(*read, refs[4])}));
     EXPECT_EQ(ReferencesOf(Same(*read, window)),
               (std::vector<PwDbObjectId>{Same(*read, refs[0]), Same(*read, refs[1])}));
-    EXPECT_EQ(ReferencesOf(Same(*read, inner)),
-              (std::vector<PwDbObjectId>{Same(*read, refs[3])}));
+    EXPECT_EQ(ReferencesOf(Same(*read, inner)), (std::vector<PwDbObjectId>{Same(*read, refs[3])}));
 
     {  // Un-erasing brings a reference back in its place.
         PwDbObjectPointer<PwDbBlockReference> back(refs[2], PwDb::OpenForWrite, true);

@@ -57,17 +57,17 @@ struct Source {
                                          u"a text long enough for the heap", doors, &id),
                   StatusOk);
         sheetEntities.push_back(id);
-        PwDbAuthoring::TableSpec spec;
-        spec.columnWidths = {10, 30};
-        spec.rows.push_back({PwDb::RowKindHeader, 6, {u"Rev", u"Description"}});
-        spec.rows.push_back({PwDb::RowKindData, 6, {u"A", u"First issue"}});
-        spec.rows[0].cells[0].textStyle = titles;
-        spec.rows[0].cells[1].textStyle = titles;
-        EXPECT_EQ(PwDbAuthoring::addTable(db, sheet, spec, walls, &table), StatusOk);
+        PwDbAuthoring::TableDesign design;
+        design.columnWidths = {10, 30};
+        design.rows.push_back({PwDb::RowKindHeader, 6, {u"Rev", u"Description"}});
+        design.rows.push_back({PwDb::RowKindData, 6, {u"A", u"First issue"}});
+        design.rows[0].cells[0].textStyle = titles;
+        design.rows[0].cells[1].textStyle = titles;
+        EXPECT_EQ(PwDbAuthoring::addTable(db, sheet, design, walls, &table), StatusOk);
         sheetEntities.push_back(table);
-        EXPECT_EQ(PwDbAuthoring::addBlockReference(db, sheet, frame, {5, 5, 0}, {}, 0, doors,
-                                                   &reference),
-                  StatusOk);
+        EXPECT_EQ(
+            PwDbAuthoring::addBlockReference(db, sheet, frame, {5, 5, 0}, {}, 0, doors, &reference),
+            StatusOk);
         sheetEntities.push_back(reference);
         EXPECT_EQ(PwDbAuthoring::addText(db, sheet, {0, 9, 0}, 2.5,
                                          u"another text long enough for the heap", {}, &id),
@@ -174,7 +174,8 @@ TEST_P(Cloning, ABlockArrivesWithItsLayersStylesAndNestedBlock) {
     // Layer "0", of the last text, stands for the target's own.
     const PwDbObjectId zero = source.drawing->layerZeroId();
     std::vector<PwDbObjectId> expectedKeys = {source.sheet, source.frame, source.frameLine,
-                                              source.walls, source.doors, source.titles, zero};
+                                              source.walls, source.doors, source.titles,
+                                              zero};
     expectedKeys.insert(expectedKeys.end(), source.sheetEntities.begin(),
                         source.sheetEntities.end());
     EXPECT_EQ(mapping.size(), expectedKeys.size());
@@ -217,9 +218,8 @@ TEST_P(Cloning, ABlockArrivesWithItsLayersStylesAndNestedBlock) {
         EXPECT_EQ(table->cellTextStyle(0, 1), titles);
         EXPECT_EQ(table->cellTextStyle(1, 1), into.standardTextStyleId());
         EXPECT_EQ(table->layerId(), target.walls);
-        EXPECT_EQ(pwdbtabletest::Texts(*table),
-                  (std::vector<std::vector<std::string>>{{"Rev", "Description"},
-                                                         {"A", "First issue"}}));
+        EXPECT_EQ(pwdbtabletest::Texts(*table), (std::vector<std::vector<std::string>>{
+                                                    {"Rev", "Description"}, {"A", "First issue"}}));
         PwDbObjectPointer<PwDbText> text(entities[2], PwDb::OpenForRead);
         EXPECT_EQ(wstring(text->textString()), u"a text long enough for the heap");
     }
@@ -329,10 +329,10 @@ TEST_P(Cloning, EntitiesGoIntoTheBlockNamedAsOwner) {
     Target target;
     PwDbDatabase& into = *target.drawing;
     PwDbIdMapping mapping;
-    ASSERT_EQ(into.wblockCloneObjects(Ids({source.reference, source.sheetEntities[1]}),
-                                      into.modelSpaceId(), mapping,
-                                      PwDb::DuplicateRecordKeepTarget),
-              StatusOk);
+    ASSERT_EQ(
+        into.wblockCloneObjects(Ids({source.reference, source.sheetEntities[1]}),
+                                into.modelSpaceId(), mapping, PwDb::DuplicateRecordKeepTarget),
+        StatusOk);
     const std::vector<PwDbObjectId> model = EntitiesOf(into.modelSpaceId());
     ASSERT_EQ(model.size(), 2u);
     PwDbObjectPointer<PwDbBlockReference> reference(model[0], PwDb::OpenForRead);
@@ -357,9 +357,9 @@ TEST_P(Cloning, RefusalsChangeNothing) {
     EXPECT_EQ(into.wblockCloneObjects(Ids({target.walls}), into.layerTableId(), mapping, 1),
               Plotwright::StatusInvalidInput);
     // Ids of two drawings, an empty list, null ids and owners, an unknown mode.
-    EXPECT_EQ(into.wblockCloneObjects(Ids({source.sheet, target.walls}), into.blockTableId(),
-                                      mapping, 1),
-              Plotwright::StatusInvalidInput);
+    EXPECT_EQ(
+        into.wblockCloneObjects(Ids({source.sheet, target.walls}), into.blockTableId(), mapping, 1),
+        Plotwright::StatusInvalidInput);
     EXPECT_EQ(into.wblockCloneObjects(Ids({}), into.blockTableId(), mapping, 1),
               Plotwright::StatusNullObjectId);
     EXPECT_EQ(into.wblockCloneObjects(Ids({PwDbObjectId()}), into.blockTableId(), mapping, 1),
@@ -376,8 +376,8 @@ TEST_P(Cloning, RefusalsChangeNothing) {
     EXPECT_EQ(into.wblockCloneObjects(ids, source.drawing->blockTableId(), mapping, 1),
               Plotwright::StatusWrongDatabase);
     // A layout's block belongs to its layout.
-    EXPECT_EQ(into.wblockCloneObjects(Ids({source.drawing->modelSpaceId()}),
-                                      into.blockTableId(), mapping, 1),
+    EXPECT_EQ(into.wblockCloneObjects(Ids({source.drawing->modelSpaceId()}), into.blockTableId(),
+                                      mapping, 1),
               Plotwright::StatusNotApplicable);
     {  // The target's block table held open for read by another.
         PwDbObjectPointer<PwDbBlockTable> held(into.blockTableId(), PwDb::OpenForRead);

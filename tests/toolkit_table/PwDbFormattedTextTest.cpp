@@ -103,7 +103,7 @@ TEST(FormattedText, StopsAtTheTerminatingZero) {
 
 TEST(FormattedText, EscapedTextReadsBackAsItself) {
     for (const wstring& text : {wstring(u"plain"), wstring(u"a\\b"), wstring(u"{x}"),
-                               wstring(u"\\P not a break"), wstring(u"}{\\\\")}) {
+                                wstring(u"\\P not a break"), wstring(u"}{\\\\")}) {
         EXPECT_EQ(pwdbPlainText(pwdbEscapeFormattedText(text).c_str()), text);
     }
     EXPECT_EQ(pwdbEscapeFormattedText(u"a{b}\\"), u"a\\{b\\}\\\\");

@@ -25,16 +25,16 @@ using pwdbtabletest::Texts;
 using Rows = std::vector<std::vector<std::string>>;
 
 // Title, header and three data rows of three columns.
-PwDbAuthoring::TableSpec RevisionSpec() {
-    PwDbAuthoring::TableSpec spec;
-    spec.position = {10, 20, 0};
-    spec.columnWidths = {15, 60, 25};
-    spec.rows.push_back({PwDb::RowKindTitle, 10.0, {u"REVISIONS"}});
-    spec.rows.push_back({PwDb::RowKindHeader, 8.0, {u"Rev", u"Description", u"Date"}});
-    spec.rows.push_back({PwDb::RowKindData, 6.0, {u"A", u"First issue", u"2024-01-05"}});
-    spec.rows.push_back({PwDb::RowKindData, 6.5, {u"B", u"Doors moved", u"2024-02-11"}});
-    spec.rows.push_back({PwDb::RowKindData, 7.0, {u"C", u"Stairs", u"2024-03-02"}});
-    return spec;
+PwDbAuthoring::TableDesign RevisionDesign() {
+    PwDbAuthoring::TableDesign design;
+    design.position = {10, 20, 0};
+    design.columnWidths = {15, 60, 25};
+    design.rows.push_back({PwDb::RowKindTitle, 10.0, {u"REVISIONS"}});
+    design.rows.push_back({PwDb::RowKindHeader, 8.0, {u"Rev", u"Description", u"Date"}});
+    design.rows.push_back({PwDb::RowKindData, 6.0, {u"A", u"First issue", u"2024-01-05"}});
+    design.rows.push_back({PwDb::RowKindData, 6.5, {u"B", u"Doors moved", u"2024-02-11"}});
+    design.rows.push_back({PwDb::RowKindData, 7.0, {u"C", u"Stairs", u"2024-03-02"}});
+    return design;
 }
 
 class Tables : public InBothFormats {
@@ -42,7 +42,7 @@ class Tables : public InBothFormats {
     void SetUp() override {
         InBothFormats::SetUp();
         drawing = PwDbAuthoring::createDrawing();
-        ASSERT_EQ(PwDbAuthoring::addTable(*drawing, drawing->modelSpaceId(), RevisionSpec(), {},
+        ASSERT_EQ(PwDbAuthoring::addTable(*drawing, drawing->modelSpaceId(), RevisionDesign(), {},
                                           &tableId),
                   StatusOk);
     }
@@ -124,8 +124,8 @@ TEST_P(Tables, AuthoredTableReadsBackWithEveryField) {
 TEST_P(Tables, InsertRowsAtTopMiddleAndEnd) {
     const Rows rows = ChangeAndReadBack(
         [](PwDbTable& table) {
-            ASSERT_EQ(table.insertRows(0, 4.0, 1), StatusOk);      // top
-            ASSERT_EQ(table.insertRows(3, 5.0, 2), StatusOk);      // middle, two
+            ASSERT_EQ(table.insertRows(0, 4.0, 1), StatusOk);                 // top
+            ASSERT_EQ(table.insertRows(3, 5.0, 2), StatusOk);                 // middle, two
             ASSERT_EQ(table.insertRows(table.rowCount(), 9.0, 1), StatusOk);  // end
             ASSERT_EQ(table.setCellText(0, 0, u"top"), StatusOk);
             ASSERT_EQ(table.setCellText(4, 1, u"middle"), StatusOk);
@@ -150,8 +150,8 @@ TEST_P(Tables, DeleteRowsAtTopMiddleAndEnd) {
     const Rows rows = ChangeAndReadBack(
         [](PwDbTable& table) {
             ASSERT_EQ(table.deleteRows(table.rowCount() - 1, 1), StatusOk);  // end
-            ASSERT_EQ(table.deleteRows(2, 1), StatusOk);                      // middle
-            ASSERT_EQ(table.deleteRows(0, 1), StatusOk);                      // top
+            ASSERT_EQ(table.deleteRows(2, 1), StatusOk);                     // middle
+            ASSERT_EQ(table.deleteRows(0, 1), StatusOk);                     // top
         },
         "delete");
     EXPECT_EQ(rows, (Rows{{"Rev", "Description", "Date"}, {"B", "Doors moved", "2024-02-11"}}));
@@ -175,8 +175,7 @@ TEST_P(Tables, CopyAllWithinOneTableSourceBelowTargetOverlapping) {
         [](PwDbTable& table) {
             ASSERT_EQ(table.setCellState(4, 1, PwDb::CellStateContentLocked), StatusOk);
             PwCellRange written;
-            ASSERT_EQ(table.copyFrom(&table, PwDb::RowCopyAll, {3, 0, 4, 2}, {2, 0, 3, 2},
-                                     written),
+            ASSERT_EQ(table.copyFrom(&table, PwDb::RowCopyAll, {3, 0, 4, 2}, {2, 0, 3, 2}, written),
                       StatusOk);
             EXPECT_EQ(written, (PwCellRange{2, 0, 3, 2}));
             // The state is format: it comes along.
@@ -195,8 +194,7 @@ TEST_P(Tables, CopyAllWithinOneTableSourceAboveTargetOverlapping) {
     const Rows rows = ChangeAndReadBack(
         [](PwDbTable& table) {
             PwCellRange written;
-            ASSERT_EQ(table.copyFrom(&table, PwDb::RowCopyAll, {2, 0, 3, 2}, {3, 0, 3, 0},
-                                     written),
+            ASSERT_EQ(table.copyFrom(&table, PwDb::RowCopyAll, {2, 0, 3, 2}, {3, 0, 3, 0}, written),
                       StatusOk);
             EXPECT_EQ(written, (PwCellRange{3, 0, 4, 2}));
         },
@@ -244,7 +242,7 @@ TEST_P(Tables, CopyFormatOnlyKeepsTheTargetsText) {
 }
 
 TEST_P(Tables, CopyBetweenTwoTables) {
-    PwDbAuthoring::TableSpec small;
+    PwDbAuthoring::TableDesign small;
     small.columnWidths = {10, 10};
     small.rows.push_back({PwDb::RowKindData, 5.0, {u"x", u"y"}});
     small.rows.push_back({PwDb::RowKindData, 5.0, {u"z", u"w"}});
@@ -256,8 +254,8 @@ TEST_P(Tables, CopyBetweenTwoTables) {
             PwDbObjectPointer<PwDbTable> other(otherId, PwDb::OpenForRead);
             ASSERT_EQ(other.openStatus(), StatusOk);
             PwCellRange written;
-            ASSERT_EQ(table.copyFrom(other.object(), PwDb::RowCopyAll, {0, 0, 1, 1},
-                                     {3, 1, 4, 2}, written),
+            ASSERT_EQ(table.copyFrom(other.object(), PwDb::RowCopyAll, {0, 0, 1, 1}, {3, 1, 4, 2},
+                                     written),
                       StatusOk);
             EXPECT_EQ(table.copyFrom(other.object(), PwDb::RowCopyFormatOnly, {0, 0, 1, 1},
                                      {1, 0, 2, 1}, written),
@@ -285,8 +283,7 @@ TEST_P(Tables, LockedCellsRefuseWritesAndKeepTheirText) {
             EXPECT_EQ(table.setCellTextHeight(2, 1, 3.0), StatusOk);
             // Copying text onto a locked cell is refused whole: row 2 keeps every cell.
             PwCellRange written{-1, -1, -1, -1};
-            EXPECT_EQ(table.copyFrom(&table, PwDb::RowCopyAll, {4, 0, 4, 2}, {2, 0, 2, 2},
-                                     written),
+            EXPECT_EQ(table.copyFrom(&table, PwDb::RowCopyAll, {4, 0, 4, 2}, {2, 0, 2, 2}, written),
                       Plotwright::StatusCellLocked);
             EXPECT_EQ(written, (PwCellRange{-1, -1, -1, -1}));
             // Unlocked, the cell takes the write.
@@ -334,21 +331,17 @@ TEST_P(Tables, PositionsOutsideTheTableGiveStatusesAndChangeNothing) {
             EXPECT_EQ(table.setCellAlignment(2, 0, 10), Plotwright::StatusInvalidInput);
             EXPECT_EQ(table.setCellText(0, 1, u"covered"), Plotwright::StatusNotApplicable);
             PwCellRange written;
-            EXPECT_EQ(table.copyFrom(&table, PwDb::RowCopyAll, {4, 0, 5, 2}, {0, 0, 1, 2},
-                                     written),
+            EXPECT_EQ(table.copyFrom(&table, PwDb::RowCopyAll, {4, 0, 5, 2}, {0, 0, 1, 2}, written),
                       Plotwright::StatusInvalidIndex);
-            EXPECT_EQ(table.copyFrom(&table, PwDb::RowCopyAll, {3, 0, 4, 2}, {4, 0, 4, 0},
-                                     written),
+            EXPECT_EQ(table.copyFrom(&table, PwDb::RowCopyAll, {3, 0, 4, 2}, {4, 0, 4, 0}, written),
                       Plotwright::StatusInvalidIndex)
                 << "the target would run past the last row";
-            EXPECT_EQ(table.copyFrom(&table, PwDb::RowCopyAll, {-1, 0, 0, 0}, {2, 0, 2, 0},
-                                     written),
-                      Plotwright::StatusInvalidIndex);
-            EXPECT_EQ(table.copyFrom(&table, PwDb::RowCopyAll, {3, 0, 2, 2}, {2, 0, 2, 0},
-                                     written),
+            EXPECT_EQ(
+                table.copyFrom(&table, PwDb::RowCopyAll, {-1, 0, 0, 0}, {2, 0, 2, 0}, written),
+                Plotwright::StatusInvalidIndex);
+            EXPECT_EQ(table.copyFrom(&table, PwDb::RowCopyAll, {3, 0, 2, 2}, {2, 0, 2, 0}, written),
                       Plotwright::StatusInvalidInput);
-            EXPECT_EQ(table.copyFrom(&table, PwDb::RowCopyAll, {2, 0, 3, 2}, {2, 0, 2, 1},
-                                     written),
+            EXPECT_EQ(table.copyFrom(&table, PwDb::RowCopyAll, {2, 0, 3, 2}, {2, 0, 2, 1}, written),
                       Plotwright::StatusInvalidInput)
                 << "sizes disagree";
             EXPECT_EQ(table.copyFrom(&table, 1, {2, 0, 2, 2}, {3, 0, 3, 2}, written),
@@ -424,20 +417,20 @@ INSTANTIATE_TEST_SUITE_P(BothFormats, Tables, testing::Values(Format::Native, Fo
 TEST(TableAuthoring, RefusesWhatATableCannotHold) {
     auto drawing = PwDbAuthoring::createDrawing();
     const size_t before = drawing->numObjects();
-    PwDbAuthoring::TableSpec noColumns;
+    PwDbAuthoring::TableDesign noColumns;
     EXPECT_EQ(PwDbAuthoring::addTable(*drawing, drawing->modelSpaceId(), noColumns),
               Plotwright::StatusInvalidInput);
-    PwDbAuthoring::TableSpec tooWide;
+    PwDbAuthoring::TableDesign tooWide;
     tooWide.columnWidths = {10};
     tooWide.rows.push_back({PwDb::RowKindData, 5.0, {u"a", u"b"}});
     EXPECT_EQ(PwDbAuthoring::addTable(*drawing, drawing->modelSpaceId(), tooWide),
               Plotwright::StatusInvalidInput);
-    PwDbAuthoring::TableSpec badKind;
+    PwDbAuthoring::TableDesign badKind;
     badKind.columnWidths = {10};
     badKind.rows.push_back({7, 5.0, {u"a"}});
     EXPECT_EQ(PwDbAuthoring::addTable(*drawing, drawing->modelSpaceId(), badKind),
               Plotwright::StatusInvalidInput);
-    PwDbAuthoring::TableSpec lockedCell;
+    PwDbAuthoring::TableDesign lockedCell;
     lockedCell.columnWidths = {10};
     lockedCell.rows.push_back({PwDb::RowKindData, 5.0, {u"a"}});
     lockedCell.rows[0].cells[0].state = PwDb::CellStateContentLocked;

@@ -56,9 +56,9 @@ class TextStyleFiles : public pwdbtabletest::InBothFormats {};
 TEST_P(TextStyleFiles, EveryFieldReadsBack) {
     auto drawing = PwDbAuthoring::createDrawing();
     PwDbObjectId titles;
-    ASSERT_EQ(PwDbAuthoring::addTextStyle(*drawing, u"Titles", {u"serif bold", 5.25, 0.875},
-                                          &titles),
-              StatusOk);
+    ASSERT_EQ(
+        PwDbAuthoring::addTextStyle(*drawing, u"Titles", {u"serif bold", 5.25, 0.875}, &titles),
+        StatusOk);
     const auto read = ReadBack(*drawing, "styles");
     EXPECT_EQ(read->textStyleTableId().handle(), drawing->textStyleTableId().handle());
     PwDbObjectPointer<PwDbTextStyleTableRecord> style(Same(*read, titles), PwDb::OpenForRead);

@@ -240,8 +240,8 @@ ErrorStatus PwDbCloner::planRecord(PwDbObjectId id, RecordKind kind, bool primar
         if (m_mode == PwDb::DuplicateRecordRefuse) return Plotwright::StatusDuplicateKey;
         newName = freeName(ownName, kind);
     }
-    m_claimed[static_cast<int>(kind)].insert(LodeUtil::FoldCase(newName.empty() ? ownName
-                                                                                : newName));
+    m_claimed[static_cast<int>(kind)].insert(
+        LodeUtil::FoldCase(newName.empty() ? ownName : newName));
     Planned planned;
     planned.source = id;
     planned.handle = m_next++;
@@ -403,8 +403,7 @@ ErrorStatus PwDbCloner::file(const std::vector<PwDbObject*>& made) {
 }
 
 Plotwright::ErrorStatus PwDbDatabase::wblockCloneObjects(const PwArray<PwDbObjectId>& ids,
-                                                         PwDbObjectId owner,
-                                                         PwDbIdMapping& mapping,
+                                                         PwDbObjectId owner, PwDbIdMapping& mapping,
                                                          int duplicateRecordCloning,
                                                          bool /*deferTranslation*/) {
     PwDbCloner cloner(*this, duplicateRecordCloning);

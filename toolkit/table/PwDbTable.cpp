@@ -160,9 +160,8 @@ ErrorStatus PwDbTable::setCellState(unsigned row, unsigned column, int state) {
     return setField(m_rows[row].cells[column].state, state);
 }
 
-ErrorStatus PwDbTable::copyFrom(const PwDbTable* source, int option,
-                                const PwCellRange& sourceRange, const PwCellRange& targetRange,
-                                PwCellRange& newTargetRange) {
+ErrorStatus PwDbTable::copyFrom(const PwDbTable* source, int option, const PwCellRange& sourceRange,
+                                const PwCellRange& targetRange, PwCellRange& newTargetRange) {
     if (source == nullptr) return Plotwright::StatusNullDatabase;
     if (!isWriteEnabled()) return Plotwright::StatusNotOpenForWrite;
     if (!source->isReadEnabled()) return Plotwright::StatusNotOpenForRead;
@@ -209,8 +208,8 @@ ErrorStatus PwDbTable::copyFrom(const PwDbTable* source, int option,
         for (int64_t c = 0; c < columns; ++c) {
             const Cell& target = m_rows[static_cast<size_t>(written.topRow + r)]
                                      .cells[static_cast<size_t>(written.leftColumn + c)];
-            const bool blocked = withText ? target.state != 0
-                                          : (target.state & PwDb::CellStateFormatLocked) != 0;
+            const bool blocked =
+                withText ? target.state != 0 : (target.state & PwDb::CellStateFormatLocked) != 0;
             if (blocked) return Plotwright::StatusCellLocked;
         }
     }
@@ -270,8 +269,7 @@ ErrorStatus PwDbTable::deleteColumns(unsigned column, unsigned count) {
         return Plotwright::StatusInvalidIndex;
     }
     assertWriteEnabled();
-    m_columnWidths.erase(m_columnWidths.begin() + column,
-                         m_columnWidths.begin() + column + count);
+    m_columnWidths.erase(m_columnWidths.begin() + column, m_columnWidths.begin() + column + count);
     for (Row& row : m_rows) {
         row.cells.erase(row.cells.begin() + column, row.cells.begin() + column + count);
     }

@@ -10,7 +10,7 @@ namespace {
 using Plotwright::ErrorStatus;
 using Plotwright::StatusOk;
 
-ErrorStatus FillCell(PwDbTable& table, unsigned row, unsigned column, const TableCellSpec& cell,
+ErrorStatus FillCell(PwDbTable& table, unsigned row, unsigned column, const TableCellDesign& cell,
                      double textHeight) {
     if (!cell.textStyle.isNull()) {
         if (auto status = table.setCellTextStyle(row, column, cell.textStyle)) return status;
@@ -27,21 +27,21 @@ ErrorStatus FillCell(PwDbTable& table, unsigned row, unsigned column, const Tabl
     return table.setCellState(row, column, cell.state);
 }
 
-ErrorStatus Fill(PwDbTable& table, const TableSpec& spec) {
-    if (spec.columnWidths.empty()) return Plotwright::StatusInvalidInput;
-    if (auto status = table.setPosition(spec.position)) return status;
-    if (auto status = table.setTextStyle(spec.textStyle)) return status;
-    for (unsigned c = 0; c < spec.columnWidths.size(); ++c) {
-        if (auto status = table.insertColumns(c, spec.columnWidths[c], 1)) return status;
+ErrorStatus Fill(PwDbTable& table, const TableDesign& design) {
+    if (design.columnWidths.empty()) return Plotwright::StatusInvalidInput;
+    if (auto status = table.setPosition(design.position)) return status;
+    if (auto status = table.setTextStyle(design.textStyle)) return status;
+    for (unsigned c = 0; c < design.columnWidths.size(); ++c) {
+        if (auto status = table.insertColumns(c, design.columnWidths[c], 1)) return status;
     }
-    for (unsigned r = 0; r < spec.rows.size(); ++r) {
-        const TableRowSpec& row = spec.rows[r];
-        if (row.cells.size() > spec.columnWidths.size()) return Plotwright::StatusInvalidInput;
+    for (unsigned r = 0; r < design.rows.size(); ++r) {
+        const TableRowDesign& row = design.rows[r];
+        if (row.cells.size() > design.columnWidths.size()) return Plotwright::StatusInvalidInput;
         if (auto status = table.insertRows(r, row.height, 1)) return status;
         if (auto status = table.setRowKind(r, row.kind)) return status;
-        for (unsigned c = 0; c < spec.columnWidths.size(); ++c) {
-            const TableCellSpec cell = c < row.cells.size() ? row.cells[c] : TableCellSpec();
-            if (auto status = FillCell(table, r, c, cell, spec.textHeight)) return status;
+        for (unsigned c = 0; c < design.columnWidths.size(); ++c) {
+            const TableCellDesign cell = c < row.cells.size() ? row.cells[c] : TableCellDesign();
+            if (auto status = FillCell(table, r, c, cell, design.textHeight)) return status;
         }
     }
     return StatusOk;
@@ -49,13 +49,13 @@ ErrorStatus Fill(PwDbTable& table, const TableSpec& spec) {
 
 }  // namespace
 
-ErrorStatus addTable(PwDbDatabase& drawing, PwDbObjectId block, const TableSpec& spec,
+ErrorStatus addTable(PwDbDatabase& drawing, PwDbObjectId block, const TableDesign& design,
                      PwDbObjectId layer, PwDbObjectId* id) {
-    if (!spec.textStyle.isNull() && spec.textStyle.database() != &drawing) {
+    if (!design.textStyle.isNull() && design.textStyle.database() != &drawing) {
         return Plotwright::StatusWrongDatabase;
     }
     auto* table = new PwDbTable;
-    if (ErrorStatus status = Fill(*table, spec)) {
+    if (ErrorStatus status = Fill(*table, design)) {
         delete table;
         return status;
     }

@@ -1,13 +1,13 @@
 // Building table entities from a description: the authoring step for tables, beside
 // PwDbAuthoring's steps for layers, blocks and texts.
 //
-//   PwDbAuthoring::TableSpec spec;
-//   spec.columnWidths = {20, 60, 30};
-//   spec.rows.push_back({PwDb::RowKindTitle, 10.0, {u"REVISIONS"}});
-//   spec.rows.push_back({PwDb::RowKindHeader, 8.0, {u"Rev", u"Description", u"Date"}});
-//   spec.rows.push_back({PwDb::RowKindData, 8.0, {u"A", u"First issue", u"2024-01-05"}});
+//   PwDbAuthoring::TableDesign design;
+//   design.columnWidths = {20, 60, 30};
+//   design.rows.push_back({PwDb::RowKindTitle, 10.0, {u"REVISIONS"}});
+//   design.rows.push_back({PwDb::RowKindHeader, 8.0, {u"Rev", u"Description", u"Date"}});
+//   design.rows.push_back({PwDb::RowKindData, 8.0, {u"A", u"First issue", u"2024-01-05"}});
 //   PwDbObjectId table;
-//   PwDbAuthoring::addTable(*drawing, block, spec, {}, &table);
+//   PwDbAuthoring::addTable(*drawing, block, design, {}, &table);
 #pragma once
 
 #include <utility>
@@ -23,10 +23,10 @@ namespace PwDbAuthoring {
 
 /// One cell: its text (formatted text, see docs/formatted-text.md) and, where not 0 or null,
 /// its own format and state.
-struct TableCellSpec {
-    TableCellSpec() = default;
-    TableCellSpec(const char16_t* cellText) : text(cellText != nullptr ? cellText : u"") {}
-    TableCellSpec(wstring cellText) : text(std::move(cellText)) {}
+struct TableCellDesign {
+    TableCellDesign() = default;
+    TableCellDesign(const char16_t* cellText) : text(cellText != nullptr ? cellText : u"") {}
+    TableCellDesign(wstring cellText) : text(std::move(cellText)) {}
 
     wstring text;
     /// PwDb::CellState flags, set after the text.
@@ -40,28 +40,29 @@ struct TableCellSpec {
 };
 
 /// One row: its kind, height and cells from column 0 on; missing cells stay empty.
-struct TableRowSpec {
+struct TableRowDesign {
     unsigned kind = PwDb::RowKindData;
     double height = 8.0;
-    std::vector<TableCellSpec> cells;
+    std::vector<TableCellDesign> cells;
 };
 
-struct TableSpec {
+struct TableDesign {
     PwGePoint3d position;
     /// One width per column.
     std::vector<double> columnWidths;
-    std::vector<TableRowSpec> rows;
+    std::vector<TableRowDesign> rows;
     /// Null: the drawing's "Standard".
     PwDbObjectId textStyle;
     /// The text height of cells that don't give their own.
     double textHeight = 2.5;
 };
 
-/// Adds a table built from `spec` to the block `block`, on `layer` (null: the current layer).
-/// StatusInvalidInput for a spec with no columns, a row with more cells than columns, or a
+/// Adds a table built from `design` to the block `block`, on `layer` (null: the current layer).
+/// StatusInvalidInput for a design with no columns, a row with more cells than columns, or a
 /// value a table refuses (see PwDbTable); StatusWrongDatabase for a block or style of another
 /// drawing. Nothing is added on failure.
-Plotwright::ErrorStatus addTable(PwDbDatabase& drawing, PwDbObjectId block, const TableSpec& spec,
-                                 PwDbObjectId layer = {}, PwDbObjectId* id = nullptr);
+Plotwright::ErrorStatus addTable(PwDbDatabase& drawing, PwDbObjectId block,
+                                 const TableDesign& design, PwDbObjectId layer = {},
+                                 PwDbObjectId* id = nullptr);
 
 }  // namespace PwDbAuthoring
