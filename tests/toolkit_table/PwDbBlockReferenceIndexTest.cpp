@@ -8,6 +8,7 @@
 #include "toolkit/db/PwDbAuthoring.h"
 #include "toolkit/db/PwDbBlockReference.h"
 #include "toolkit/db/PwDbBlockTable.h"
+#include "toolkit/db/PwDbEntity.h"
 
 namespace {
 
@@ -79,6 +80,41 @@ TEST_P(BlockReferenceIndex, ListsLiveReferencesInTheOrderTheyWereAdded) {
         ASSERT_EQ(back->erase(false), StatusOk);
     }
     EXPECT_EQ(ReferencesOf(door), (std::vector<PwDbObjectId>{refs[2], refs[4]}));
+}
+
+// The walk a client makes to tell every placement of a block, up through nested blocks, that
+// the block changed: each reference opened for write as an entity and marked modified, then
+// the same for the references of the block that owns it.
+TEST(BlockReferenceIndexStatus, ReferencesUpThroughNestedBlocksCanBeMarkedChanged) {
+    auto drawing = PwDbAuthoring::createDrawing();
+    PwDbObjectId inner, outer, innerRef, outerRef;
+    ASSERT_EQ(PwDbAuthoring::addBlock(*drawing, u"Inner", &inner), StatusOk);
+    ASSERT_EQ(PwDbAuthoring::addBlock(*drawing, u"Outer", &outer), StatusOk);
+    ASSERT_EQ(
+        PwDbAuthoring::addBlockReference(*drawing, outer, inner, {0, 0, 0}, {}, 0, {}, &innerRef),
+        StatusOk);
+    ASSERT_EQ(PwDbAuthoring::addBlockReference(*drawing, drawing->modelSpaceId(), outer, {0, 0, 0},
+                                               {}, 0, {}, &outerRef),
+              StatusOk);
+    std::vector<PwDbObjectId> touched;
+    PwDbObjectId block = inner;
+    while (!block.isNull()) {
+        const std::vector<PwDbObjectId> references = ReferencesOf(block);
+        block = PwDbObjectId();
+        for (const PwDbObjectId id : references) {
+            PwDbEntity* entity = nullptr;
+            ASSERT_EQ(pwdbOpenObject(entity, id, PwDb::OpenForWrite, false), StatusOk);
+            const uint64_t changes = drawing->changeCount();
+            entity->assertWriteEnabled(true, true);
+            EXPECT_TRUE(entity->isModified());
+            EXPECT_GT(drawing->changeCount(), changes);
+            touched.push_back(id);
+            block = entity->ownerId();
+            EXPECT_EQ(entity->close(), StatusOk);
+        }
+    }
+    EXPECT_EQ(touched, (std::vector<PwDbObjectId>{innerRef, outerRef}));
+    EXPECT_EQ(drawing->measurement(), PwDb::Metric);
 }
 
 TEST(BlockReferenceIndexStatus, ABlockInNoDrawingHasNoReferences) {
