@@ -5,6 +5,22 @@
 #include "lodeutil/Utf.h"
 #include "toolkit/db/PwDbAuthoring.h"
 #include "toolkit/file/PwDbDrawingImage.h"
+#include "toolkit/table/PwDbTableAuthoring.h"
+
+namespace {
+
+// Writes `text` as UTF-16 little-endian bytes; true when the file was written whole.
+bool WriteUtf16(const std::string& name, const wstring& text) {
+    std::FILE* file = std::fopen(name.c_str(), "wb");
+    if (file == nullptr) return false;
+    for (char16_t unit : text) {
+        std::fputc(unit & 0xFF, file);
+        std::fputc(unit >> 8, file);
+    }
+    return std::fclose(file) == 0;
+}
+
+}  // namespace
 
 int main(int argc, char** argv) {
     if (argc != 2) {
@@ -25,6 +41,16 @@ int main(int argc, char** argv) {
     PwDbAuthoring::addBlockReference(*drawing, drawing->modelSpaceId(), block, {5, 5, 0});
     PwDbAuthoring::addLayout(*drawing, u"Sheet", 2, 420, 297);
     PwDbAuthoring::addPlotSettings(*drawing, u"Draft", false, 297, 210);
+    PwDbObjectId style;
+    PwDbAuthoring::addTextStyle(*drawing, u"Titles", {u"serif", 3.5, 0.9}, &style);
+    PwDbAuthoring::TableDesign table;
+    table.columnWidths = {10, 40};
+    table.rows.push_back({PwDb::RowKindTitle, 8, {u"{\\fserif;REVISIONS}"}});
+    table.rows.push_back({PwDb::RowKindHeader, 6, {u"Rev", u"Description"}});
+    table.rows.push_back({PwDb::RowKindData, 6, {u"A", u"First\\Pissue"}});
+    table.rows[2].cells[0].state = PwDb::CellStateContentLocked;
+    table.rows[1].cells[1].textStyle = style;
+    PwDbAuthoring::addTable(*drawing, drawing->modelSpaceId(), table);
     int written = 0;
     for (int version : {16, 21, 24, 29, 33}) {
         const std::string stem = folder + "/seed" + std::to_string(version);
@@ -41,15 +67,15 @@ int main(int argc, char** argv) {
         u"<double>2.5e3</double><uint>7</uint>{E006715E-1EB4-4AE0-BC05-4BC5EFDDB41E}"};
     int index = 0;
     for (const wstring& set : sets) {
-        const std::string name = folder + "/set" + std::to_string(index++) + ".txt";
-        std::FILE* file = std::fopen(name.c_str(), "wb");
-        if (file == nullptr) continue;
-        for (char16_t unit : set) {
-            std::fputc(unit & 0xFF, file);
-            std::fputc(unit >> 8, file);
-        }
-        written += std::fclose(file) == 0;
+        written += WriteUtf16(folder + "/set" + std::to_string(index++) + ".txt", set);
+    }
+    // Formatted cell texts, as UTF-16 little-endian bytes.
+    const wstring texts[] = {u"{\\fserif;\\H2.5;Rev \\L\\{A\\}\\l}\\PNext",
+                             u"{{nested {deep}} \\\\ \\~end\\", u"\\H0.7x;{open \\fmono"};
+    index = 0;
+    for (const wstring& text : texts) {
+        written += WriteUtf16(folder + "/text" + std::to_string(index++) + ".mtext", text);
     }
     std::printf("%d seed files in %s\n", written, folder.c_str());
-    return written == 13 ? 0 : 1;
+    return written == 16 ? 0 : 1;
 }

@@ -354,7 +354,7 @@ TEST(PwDbBlockTableRecordIterator, BuildsWalksAndDestroysAMillionEntities) {
     }
     EXPECT_EQ(live, kCount - kCount / 1000);
     EXPECT_EQ(opened, live / 997);
-    EXPECT_EQ(db.numObjects(), 10 + kCount);
+    EXPECT_EQ(db.numObjects(), 12 + kCount);
 }
 
 // --- Layouts and references ------------------------------------------------------------------

@@ -147,9 +147,9 @@ TEST(PwDbDatabaseContent, NothingIsLeftOpenAndEveryObjectHasItsOwnHandle) {
         EXPECT_EQ(stub.object->numReaders(), 0u);
         EXPECT_FALSE(stub.object->isErased());
     });
-    // Two tables, two blocks, one layer, three dictionaries, two layouts.
-    EXPECT_EQ(objects, 10u);
-    EXPECT_EQ(db.numObjects(), 10u);
+    // Three tables, two blocks, one layer, three dictionaries, two layouts, one text style.
+    EXPECT_EQ(objects, 12u);
+    EXPECT_EQ(db.numObjects(), 12u);
     EXPECT_EQ(handles.size(), objects);
 }
 

@@ -68,6 +68,10 @@ enum ErrorStatus : int32_t {
     StatusFileInUse = 40,
     /// The operating system failed a read, write, flush or rename.
     StatusFileIOError = 41,
+    /// A row, column or other position outside the object's range.
+    StatusInvalidIndex = 42,
+    /// The cell's state forbids the change (its content or format is locked).
+    StatusCellLocked = 43,
     /// The file does not exist.
     StatusFileNotFound = 76,
     /// The file is not in a format the toolkit can read.

@@ -11,6 +11,7 @@
 #include "toolkit/db/PwDbLayout.h"
 #include "toolkit/db/PwDbObjectPointer.h"
 #include "toolkit/db/PwDbText.h"
+#include "toolkit/db/PwDbTextStyleTable.h"
 
 namespace PwDbAuthoring {
 namespace {
@@ -78,6 +79,26 @@ ErrorStatus addLayer(PwDbDatabase& drawing, const wstring& name, const LayerOpti
         return status;
     }
     layer->close();
+    Report(id, added);
+    return StatusOk;
+}
+
+ErrorStatus addTextStyle(PwDbDatabase& drawing, const wstring& name,
+                         const TextStyleOptions& options, PwDbObjectId* id) {
+    PwDbSymbolTablePointer<PwDbTextStyleTable> styles(&drawing, PwDb::OpenForWrite);
+    if (styles.openStatus() != StatusOk) return styles.openStatus();
+    auto* style = new PwDbTextStyleTableRecord;
+    ErrorStatus status = style->setName(name.c_str());
+    if (status == StatusOk) status = style->setFontName(options.fontName.c_str());
+    if (status == StatusOk) status = style->setTextHeight(options.textHeight);
+    if (status == StatusOk) status = style->setWidthFactor(options.widthFactor);
+    PwDbObjectId added;
+    if (status == StatusOk) status = styles->add(added, style);
+    if (status != StatusOk) {
+        delete style;
+        return status;
+    }
+    style->close();
     Report(id, added);
     return StatusOk;
 }

@@ -46,6 +46,20 @@ struct LayerOptions {
 Plotwright::ErrorStatus addLayer(PwDbDatabase& drawing, const wstring& name,
                                  const LayerOptions& options = {}, PwDbObjectId* id = nullptr);
 
+/// What a new text style is like besides its name.
+struct TextStyleOptions {
+    wstring fontName = u"sans-serif";
+    /// 0: each text chooses its own height.
+    double textHeight = 0.0;
+    double widthFactor = 1.0;
+};
+
+/// Adds the text style `name`; StatusDuplicateKey or StatusInvalidKey for a name that is
+/// taken or not allowed, StatusInvalidInput for an option out of range.
+Plotwright::ErrorStatus addTextStyle(PwDbDatabase& drawing, const wstring& name,
+                                     const TextStyleOptions& options = {},
+                                     PwDbObjectId* id = nullptr);
+
 /// Adds an empty block definition `name`.
 Plotwright::ErrorStatus addBlock(PwDbDatabase& drawing, const wstring& name,
                                  PwDbObjectId* id = nullptr);

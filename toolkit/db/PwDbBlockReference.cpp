@@ -1,6 +1,7 @@
 // Block placements: which block, where, how scaled and turned.
 #include "toolkit/db/PwDbBlockReference.h"
 
+#include "toolkit/db/PwDbDatabase.h"
 #include "toolkit/db/PwDbPlwFiler.h"
 
 PWRX_DEFINE_DYNAMIC_MEMBERS(PwDbBlockReference, PwDbEntity, u"PwDbBlockReference");
@@ -15,7 +16,7 @@ Plotwright::ErrorStatus PwDbBlockReference::setReferencedBlock(PwDbObjectId bloc
         return Plotwright::StatusWrongDatabase;
     }
     assertWriteEnabled();
-    m_block = block;
+    setBlock(block);
     return Plotwright::StatusOk;
 }
 
@@ -39,8 +40,14 @@ Plotwright::ErrorStatus PwDbBlockReference::plwInFields(PwDbPlwFiler* filer) {
     PwDbObjectId shown;
     if (auto status = filer->readObjectId(shown)) return status;
     if (auto status = m_placement.readFrom(filer)) return status;
-    m_block = shown;
+    setBlock(shown);
     return Plotwright::StatusOk;
+}
+
+void PwDbBlockReference::setBlock(PwDbObjectId block) {
+    const PwDbObjectId before = m_block;
+    m_block = block;
+    if (PwDbDatabase* drawing = database()) drawing->noteBlockReference(objectId(), before, block);
 }
 
 Plotwright::ErrorStatus PwDbBlockReference::plwOutFields(PwDbPlwFiler* filer) const {

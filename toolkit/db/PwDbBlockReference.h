@@ -39,6 +39,10 @@ class PwDbBlockReference : public PwDbEntity {
     Plotwright::ErrorStatus plwOutFields(PwDbPlwFiler* filer) const override;
 
   private:
+    /// Every change of the block goes through here, so that the drawing's index of each
+    /// block's references stays true.
+    void setBlock(PwDbObjectId block);
+
     PwDbObjectId m_block;
     PwDbPlacement m_placement;
 };

@@ -142,15 +142,7 @@ Plotwright::ErrorStatus PwDbBlockTableRecord::getBlockReferenceIds(PwArray<PwDbO
     ids.setLogicalLength(0);
     const PwDbDatabase* drawing = database();
     if (drawing == nullptr) return Plotwright::StatusNotInDatabase;
-    const PwDbObjectId self = objectId();
-    bool grew = true;
-    drawing->forEachStub([&](const PwDbStub& stub) {
-        const PwDbBlockReference* reference = PwDbBlockReference::cast(stub.object);
-        if (!grew || reference == nullptr || reference->isErased()) return;
-        if (reference->blockTableRecord() != self) return;
-        grew = ids.append(reference->objectId()) != PwArray<PwDbObjectId>::kNoIndex;
-    });
-    return grew ? Plotwright::StatusOk : Plotwright::StatusOutOfMemory;
+    return drawing->getBlockReferenceIds(objectId(), ids);
 }
 
 Plotwright::ErrorStatus PwDbBlockTableRecord::plwInFields(PwDbPlwFiler* filer) {

@@ -106,8 +106,9 @@ class PwDbBlockTableRecord : public PwDbSymbolTableRecord {
     /// Replaces `ids` by the ids of the drawing's non-erased block references that place this
     /// block, in the order the references were made. The drawing holds only direct references
     /// (a block placed inside another block is found as a reference to that other block, not
-    /// to this one), and the scan always reads the drawing as it is now, so `directOnly` and
-    /// `forceValidity` change nothing. StatusNotInDatabase when the block is in none,
+    /// to this one), and the drawing's index of references is always up to date, so
+    /// `directOnly` and `forceValidity` change nothing. The cost is that of the references
+    /// found, not of the drawing's size. StatusNotInDatabase when the block is in none,
     /// StatusOutOfMemory when `ids` can't grow (it is then empty).
     Plotwright::ErrorStatus getBlockReferenceIds(PwArray<PwDbObjectId>& ids, bool directOnly = true,
                                                  bool forceValidity = false) const;

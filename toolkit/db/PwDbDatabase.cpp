@@ -1,10 +1,11 @@
 // The database as an object store: handles, records, adding objects, destruction.
 #include "toolkit/db/PwDbDatabase.h"
 
+#include <algorithm>
 #include <atomic>
-
 #include <unordered_set>
 
+#include "toolkit/db/PwDbBlockReference.h"
 #include "toolkit/db/PwDbEntity.h"
 #include "toolkit/db/PwDbHostApplicationServices.h"
 #include "toolkit/db/PwDbObject.h"
@@ -99,8 +100,72 @@ Plotwright::ErrorStatus PwDbDatabase::addPwDbObjectWithHandle(PwDbObject* object
     object->m_readers = 0;
     object->m_modified = false;
     ++m_objectCount;
+    if (const PwDbBlockReference* reference = PwDbBlockReference::cast(object)) {
+        noteBlockReference(reference->objectId(), PwDbObjectId(), reference->blockTableRecord());
+    }
     noteChange();
     return Plotwright::StatusOk;
+}
+
+namespace {
+
+bool ByHandle(PwDbObjectId a, PwDbObjectId b) {
+    return a.handle() < b.handle();
+}
+
+}  // namespace
+
+void PwDbDatabase::noteBlockReference(PwDbObjectId reference, PwDbObjectId before,
+                                      PwDbObjectId after) {
+    if (reference.isNull() || before == after) return;
+    if (!before.isNull()) {
+        const auto found = m_blockReferences.find(before);
+        if (found != m_blockReferences.end()) {
+            std::vector<PwDbObjectId>& list = found->second;
+            const auto at = std::lower_bound(list.begin(), list.end(), reference, ByHandle);
+            if (at != list.end() && *at == reference) list.erase(at);
+            if (list.empty()) m_blockReferences.erase(found);
+        }
+    }
+    if (!after.isNull()) {
+        std::vector<PwDbObjectId>& list = m_blockReferences[after];
+        // New references have the highest handle so far: the insertion is an append.
+        const auto at = std::lower_bound(list.begin(), list.end(), reference, ByHandle);
+        if (at == list.end() || *at != reference) list.insert(at, reference);
+    }
+}
+
+Plotwright::ErrorStatus PwDbDatabase::getBlockReferenceIds(PwDbObjectId block,
+                                                           PwArray<PwDbObjectId>& ids) const {
+    ids.setLogicalLength(0);
+    const auto found = m_blockReferences.find(block);
+    if (found == m_blockReferences.end()) return Plotwright::StatusOk;
+    for (const PwDbObjectId reference : found->second) {
+        const PwDbObject* object = reference.stub()->object;
+        if (object == nullptr || object->isErased()) continue;
+        if (ids.append(reference) == PwArray<PwDbObjectId>::kNoIndex) {
+            ids.setLogicalLength(0);
+            return Plotwright::StatusOutOfMemory;
+        }
+    }
+    return Plotwright::StatusOk;
+}
+
+void PwDbDatabase::discardObjectsFrom(PwDbHandle firstHandle, size_t stubCount) {
+    while (m_stubs.size() > stubCount) {
+        PwDbStub& stub = m_stubs.back();
+        if (const PwDbBlockReference* reference = PwDbBlockReference::cast(stub.object)) {
+            noteBlockReference(PwDbObjectId(&stub), reference->blockTableRecord(),
+                               PwDbObjectId());
+        }
+        if (stub.object != nullptr) --m_objectCount;
+        delete stub.object;
+        m_byHandle.erase(stub.handle);
+        m_stubs.pop_back();
+    }
+    m_nextHandle = firstHandle;
+    m_layerUsage.reset();
+    noteChange();
 }
 
 PwDbObjectId PwDbDatabase::getPwDbObjectId(PwDbHandle handle, bool createIfMissing) {
@@ -153,6 +218,9 @@ void PwDbDatabase::swapContents(PwDbDatabase& other) {
     std::swap(m_objectCount, other.m_objectCount);
     std::swap(m_blockTable, other.m_blockTable);
     std::swap(m_layerTable, other.m_layerTable);
+    std::swap(m_textStyleTable, other.m_textStyleTable);
+    std::swap(m_currentLayoutBlock, other.m_currentLayoutBlock);
+    std::swap(m_blockReferences, other.m_blockReferences);
     std::swap(m_namedObjects, other.m_namedObjects);
     std::swap(m_layoutDictionary, other.m_layoutDictionary);
     std::swap(m_plotSettingsDictionary, other.m_plotSettingsDictionary);

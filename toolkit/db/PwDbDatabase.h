@@ -12,7 +12,7 @@
 // ("*Model_Space") and one paper space ("*Paper_Space") block, the layer table with layer
 // "0", the named objects dictionary, in it the layout dictionary ("PLOTWRIGHT_LAYOUT", with
 // the layouts "Model" and "Layout1") and the plot settings dictionary
-// ("PLOTWRIGHT_PLOTSETTINGS", empty).
+// ("PLOTWRIGHT_PLOTSETTINGS", empty), and the text style table with the style "Standard".
 #pragma once
 
 #include <deque>
@@ -22,6 +22,7 @@
 #include <vector>
 
 #include "lodeutil/WideString.h"
+#include "toolkit/core/PwArray.h"
 #include "toolkit/core/PwErrorStatus.h"
 #include "toolkit/db/PwDb.h"
 #include "toolkit/db/PwDbObjectId.h"
@@ -30,7 +31,9 @@
 class PwDbObject;
 class PwDbBlockTable;
 class PwDbLayerTable;
+class PwDbTextStyleTable;
 class PwDbDictionary;
+class PwDbIdMapping;
 class PwDbTransactionManager;
 struct PwDbDrawingImage;
 struct PwDbPreviewImage;
@@ -96,6 +99,7 @@ class PwDbDatabase {
 
     Plotwright::ErrorStatus getSymbolTable(PwDbBlockTable*& table, PwDb::OpenMode mode) const;
     Plotwright::ErrorStatus getSymbolTable(PwDbLayerTable*& table, PwDb::OpenMode mode) const;
+    Plotwright::ErrorStatus getSymbolTable(PwDbTextStyleTable*& table, PwDb::OpenMode mode) const;
     Plotwright::ErrorStatus getNamedObjectsDictionary(PwDbDictionary*& dictionary,
                                                       PwDb::OpenMode mode) const;
     Plotwright::ErrorStatus getLayoutDictionary(PwDbDictionary*& dictionary,
@@ -104,18 +108,62 @@ class PwDbDatabase {
                                                       PwDb::OpenMode mode) const;
     PwDbObjectId blockTableId() const { return m_blockTable; }
     PwDbObjectId layerTableId() const { return m_layerTable; }
+    PwDbObjectId textStyleTableId() const { return m_textStyleTable; }
+    /// The live text style "Standard"; null when the drawing has none (it was erased).
+    PwDbObjectId standardTextStyleId() const;
     PwDbObjectId namedObjectsDictionaryId() const { return m_namedObjects; }
     PwDbObjectId layoutDictionaryId() const { return m_layoutDictionary; }
     PwDbObjectId plotSettingsDictionaryId() const { return m_plotSettingsDictionary; }
     PwDbObjectId modelSpaceId() const { return m_modelSpace; }
     PwDbObjectId paperSpaceId() const { return m_paperSpace; }
     PwDbObjectId layerZeroId() const { return m_layerZero; }
+    /// The block of the layout that is current in the drawing, where the host's layout service
+    /// places new things by default: the model space unless setCurrentLayoutBlockId chose
+    /// another layout's block (still live). A choice of the session: it isn't saved, and a
+    /// drawing read from a file starts with the model space.
+    PwDbObjectId currentLayoutBlockId() const;
+    /// Chooses the current layout by its block; null goes back to the model space.
+    /// StatusWrongDatabase for a block of another drawing, StatusNotApplicable for a block
+    /// that belongs to no layout, the open's status when it can't be read.
+    Plotwright::ErrorStatus setCurrentLayoutBlockId(PwDbObjectId block);
     /// The current layer, on which new entities land; layer "0" at first.
     PwDbObjectId clayer() const { return m_currentLayer; }
     Plotwright::ErrorStatus setClayer(PwDbObjectId layer);
 
     /// True when a non-erased entity of the drawing is on `layer`.
     bool isLayerUsedByEntities(PwDbObjectId layer) const;
+
+    /// Replaces `ids` by the drawing's non-erased block references that place `block`, in the
+    /// order they were added (handle order). Answered from an index the drawing keeps as
+    /// references are added and changed, so the cost is that of the references found.
+    /// StatusOutOfMemory when `ids` can't grow (it is then empty).
+    Plotwright::ErrorStatus getBlockReferenceIds(PwDbObjectId block,
+                                                 PwArray<PwDbObjectId>& ids) const;
+    /// Keeps that index true: called by a block reference of this drawing whose block changes
+    /// from `before` to `after`, and by the drawing when it adds one.
+    void noteBlockReference(PwDbObjectId reference, PwDbObjectId before, PwDbObjectId after);
+
+    // --- Cloning between drawings ---------------------------------------------------------
+
+    /// Copies the objects `ids`, all of one other drawing, into this drawing under `owner` (a
+    /// block table record for entities, or the block table for block definitions), with
+    /// everything they refer to that this drawing lacks: a block's entities, their layers and
+    /// text styles, nested blocks. References between the copies are translated to the
+    /// copies. `mapping` receives every pair of source and copy (or of source and the target
+    /// record used in its place). `duplicateRecordCloning` says what happens to a named
+    /// record (layer, text style, block) whose name the target already has (see
+    /// PwDb::DuplicateRecordCloning). `deferTranslation` is accepted for callers that pass it:
+    /// translation always completes before the call returns.
+    /// Statuses: StatusNullObjectId for an empty list or a null id or owner,
+    /// StatusInvalidInput for ids of this drawing (a drawing can't be cloned into itself) or
+    /// of several drawings, or an unknown duplicate mode; StatusWrongDatabase for an owner of
+    /// another drawing; StatusNotThatKindOfClass when the owner can't hold what is cloned;
+    /// StatusDuplicateKey when the mode refuses a name that is taken; the status of an open
+    /// or a copy that fails. On failure this drawing is as it was before the call.
+    Plotwright::ErrorStatus wblockCloneObjects(const PwArray<PwDbObjectId>& ids,
+                                               PwDbObjectId owner, PwDbIdMapping& mapping,
+                                               int duplicateRecordCloning,
+                                               bool deferTranslation = false);
 
     // --- Drawing settings ----------------------------------------------------------------
 
@@ -215,6 +263,7 @@ class PwDbDatabase {
 
     PwDbObjectId m_blockTable;
     PwDbObjectId m_layerTable;
+    PwDbObjectId m_textStyleTable;
     PwDbObjectId m_namedObjects;
     PwDbObjectId m_layoutDictionary;
     PwDbObjectId m_plotSettingsDictionary;
@@ -222,6 +271,7 @@ class PwDbDatabase {
     PwDbObjectId m_paperSpace;
     PwDbObjectId m_layerZero;
     PwDbObjectId m_currentLayer;
+    PwDbObjectId m_currentLayoutBlock;
 
     PwDb::MeasurementValue m_measurement = PwDb::Metric;
     wstring m_filename;
@@ -231,6 +281,17 @@ class PwDbDatabase {
 
     struct LayerUsage;
     mutable std::unique_ptr<LayerUsage> m_layerUsage;
+
+    /// Each block's references, in handle order; erased ones stay and are passed over.
+    std::unordered_map<PwDbObjectId, std::vector<PwDbObjectId>> m_blockReferences;
+
+    /// Gives a drawing without a text style table (read from a file written before there was
+    /// one) its table with "Standard"; one that has a table keeps it.
+    void ensureTextStyleTable();
+    /// Removes the objects with handles from `firstHandle` on, made by a failed clone, and
+    /// gives their handles back; the drawing is then as it was before.
+    void discardObjectsFrom(PwDbHandle firstHandle, size_t stubCount);
+    friend class PwDbCloner;
 
     struct Input;
     std::unique_ptr<Input> m_input;

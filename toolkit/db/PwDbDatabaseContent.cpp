@@ -5,6 +5,7 @@
 #include "toolkit/db/PwDbDictionary.h"
 #include "toolkit/db/PwDbLayerTable.h"
 #include "toolkit/db/PwDbLayout.h"
+#include "toolkit/db/PwDbTextStyleTable.h"
 
 namespace {
 
@@ -102,6 +103,68 @@ void PwDbDatabase::buildDefaultDrawing() {
     named->close();
     layers->close();
     blocks->close();
+    // Last, so that the objects made before it keep the handles they had before drawings
+    // had text styles.
+    ensureTextStyleTable();
+}
+
+void PwDbDatabase::ensureTextStyleTable() {
+    if (!m_textStyleTable.isNull()) return;
+    // A file holds the table as an object owned by nothing; the first such one (by handle)
+    // is the drawing's.
+    for (PwDbStub& stub : m_stubs) {
+        const PwDbTextStyleTable* table = PwDbTextStyleTable::cast(stub.object);
+        if (table == nullptr || table->isErased() || !table->ownerId().isNull()) continue;
+        if (m_textStyleTable.isNull() || stub.handle < m_textStyleTable.handle()) {
+            m_textStyleTable = PwDbObjectId(&stub);
+        }
+    }
+    if (!m_textStyleTable.isNull()) return;
+    auto* styles = new PwDbTextStyleTable;
+    if (addPwDbObject(m_textStyleTable, styles) != Plotwright::StatusOk) {
+        delete styles;
+        return;
+    }
+    auto* standard = new PwDbTextStyleTableRecord;
+    if (standard->setName(PwDbTextStyleTable::kStandardStyleName) != Plotwright::StatusOk ||
+        styles->add(standard) != Plotwright::StatusOk) {
+        delete standard;
+    } else {
+        standard->close();
+    }
+    styles->close();
+}
+
+PwDbObjectId PwDbDatabase::currentLayoutBlockId() const {
+    if (m_currentLayoutBlock.isNull() || !m_currentLayoutBlock.isValid() ||
+        m_currentLayoutBlock.stub()->object->isErased()) {
+        return m_modelSpace;
+    }
+    return m_currentLayoutBlock;
+}
+
+Plotwright::ErrorStatus PwDbDatabase::setCurrentLayoutBlockId(PwDbObjectId block) {
+    if (block.isNull()) {
+        m_currentLayoutBlock = PwDbObjectId();
+        return Plotwright::StatusOk;
+    }
+    if (block.database() != this) return Plotwright::StatusWrongDatabase;
+    PwDbBlockTableRecord* record = nullptr;
+    if (auto status = pwdbOpenObject(record, block, PwDb::OpenForRead)) return status;
+    const bool isLayout = record->isLayout();
+    record->close();
+    if (!isLayout) return Plotwright::StatusNotApplicable;
+    m_currentLayoutBlock = block;
+    return Plotwright::StatusOk;
+}
+
+PwDbObjectId PwDbDatabase::standardTextStyleId() const {
+    PwDbTextStyleTable* styles = nullptr;
+    if (getSymbolTable(styles, PwDb::OpenForRead) != Plotwright::StatusOk) return PwDbObjectId();
+    PwDbObjectId id;
+    styles->getIdAt(PwDbTextStyleTable::kStandardStyleName, id);
+    styles->close();
+    return id;
 }
 
 Plotwright::ErrorStatus PwDbDatabase::getSymbolTable(PwDbBlockTable*& table,
@@ -112,6 +175,11 @@ Plotwright::ErrorStatus PwDbDatabase::getSymbolTable(PwDbBlockTable*& table,
 Plotwright::ErrorStatus PwDbDatabase::getSymbolTable(PwDbLayerTable*& table,
                                                      PwDb::OpenMode mode) const {
     return pwdbOpenObject(table, m_layerTable, mode);
+}
+
+Plotwright::ErrorStatus PwDbDatabase::getSymbolTable(PwDbTextStyleTable*& table,
+                                                     PwDb::OpenMode mode) const {
+    return pwdbOpenObject(table, m_textStyleTable, mode);
 }
 
 Plotwright::ErrorStatus PwDbDatabase::getNamedObjectsDictionary(PwDbDictionary*& dictionary,

@@ -59,7 +59,11 @@ std::atomic<PwDbHostApplicationServices*>& installedServices() {
 PwDbHostLayoutService::~PwDbHostLayoutService() = default;
 
 PwDbObjectId PwDbHostLayoutService::activeLayoutBlockId(PwDbDatabase* database) const {
-    return database == nullptr ? PwDbObjectId() : database->modelSpaceId();
+    if (database == nullptr) {
+        const PwDbHostApplicationServices* services = pwdbHostApplicationServices();
+        if (services != nullptr) database = services->workingDatabase();
+    }
+    return database == nullptr ? PwDbObjectId() : database->currentLayoutBlockId();
 }
 
 PwDbHostApplicationServices::PwDbHostApplicationServices()

@@ -16,12 +16,15 @@
 
 class PwDbDatabase;
 
-/// Where the host keeps its layouts' state.
+/// Where the host keeps its layouts' state: which layout's block takes what is placed.
 class PwDbHostLayoutService {
   public:
     virtual ~PwDbHostLayoutService();
-    /// The block table record of the layout active in `database`: the model space unless the
-    /// host says otherwise; null for a null database.
+    /// The block table record of the layout active in `database`, or with null in the
+    /// working database of the process's host services. The base answers what the drawing
+    /// says (PwDbDatabase::currentLayoutBlockId: the model space unless a client chose
+    /// another); a host with layouts of its own installs services whose hostLayoutService
+    /// answers otherwise. Null when there is no such drawing.
     virtual PwDbObjectId activeLayoutBlockId(PwDbDatabase* database) const;
 };
 

@@ -104,6 +104,10 @@ ErrorStatus PwDbDatabase::loadImage(const PwDbDrawingImage& image) {
     }
     scratch.m_nextHandle = std::max(scratch.m_nextHandle, image.handseed);
     scratch.m_measurement = image.measurement;
+    // The text style table is found by its class, so the roots of the file formats stay as
+    // they were; files written before drawings had one get it here.
+    scratch.ensureTextStyleTable();
+    if (scratch.m_textStyleTable.isNull()) return Plotwright::StatusBadFileFormat;
     swapContents(scratch);
     return StatusOk;
 }
