@@ -324,6 +324,30 @@ TEST_P(Cloning, DuplicateModesRefuseOrRename) {
     EXPECT_EQ(sheet.value, Lookup(into.blockTableId(), u"Sheet"));
 }
 
+TEST_P(Cloning, ARenamedCopyNeverTakesTheNameOfAnotherCopy) {
+    auto source = PwDbAuthoring::createDrawing();
+    PwDbObjectId walls, wallsOne, block;
+    ASSERT_EQ(PwDbAuthoring::addLayer(*source, u"Walls", {}, &walls), StatusOk);
+    ASSERT_EQ(PwDbAuthoring::addLayer(*source, u"walls$1", {}, &wallsOne), StatusOk);
+    ASSERT_EQ(PwDbAuthoring::addBlock(*source, u"Both", &block), StatusOk);
+    ASSERT_EQ(PwDbAuthoring::addLine(*source, block, {0, 0, 0}, {1, 0, 0}, walls), StatusOk);
+    ASSERT_EQ(PwDbAuthoring::addLine(*source, block, {0, 0, 0}, {0, 1, 0}, wallsOne), StatusOk);
+    Target target;
+    PwDbDatabase& into = *target.drawing;
+    PwDbIdMapping mapping;
+    ASSERT_EQ(into.wblockCloneObjects(Ids({block}), into.blockTableId(), mapping,
+                                      PwDb::DuplicateRecordRename),
+              StatusOk);
+    PwDbIdPair first(walls), second(wallsOne);
+    ASSERT_TRUE(mapping.compute(first));
+    ASSERT_TRUE(mapping.compute(second));
+    EXPECT_EQ(first.value, Lookup(into.layerTableId(), u"Walls$1"));
+    EXPECT_EQ(second.value, Lookup(into.layerTableId(), u"walls$1$1"));
+    EXPECT_NE(first.value, second.value);
+    const auto read = ReadBack(into, "renamed");
+    EXPECT_EQ(EntitiesOf(Lookup(read->blockTableId(), u"Both")).size(), 2u);
+}
+
 TEST_P(Cloning, EntitiesGoIntoTheBlockNamedAsOwner) {
     Source source;
     Target target;

@@ -239,6 +239,10 @@ ErrorStatus PwDbCloner::planRecord(PwDbObjectId id, RecordKind kind, bool primar
         }
         if (m_mode == PwDb::DuplicateRecordRefuse) return Plotwright::StatusDuplicateKey;
         newName = freeName(ownName, kind);
+    } else if (m_claimed[static_cast<int>(kind)].count(LodeUtil::FoldCase(ownName)) != 0) {
+        // A copy renamed earlier in this clone took the name ("A$1" for "A", and the source
+        // has its own "A$1"): this one moves on to the next free name.
+        newName = freeName(ownName, kind);
     }
     m_claimed[static_cast<int>(kind)].insert(
         LodeUtil::FoldCase(newName.empty() ? ownName : newName));
