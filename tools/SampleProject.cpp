@@ -1,6 +1,7 @@
 // The sample project:
 //   site.plw               the root: references, a photo, a PDF plan, layers with different
-//                          flags, paper layouts with and without paper, named plot settings
+//                          flags, paper layouts with and without paper, named plot settings,
+//                          a table of rooms in a text style of its own
 //   blocks/title.plw       referred to by site.plw and by floors/ground.plw (shared)
 //   floors/ground.plw      refers to ../blocks/title.plw (written with '\') and upper.plw
 //   floors/upper.plw       refers to furniture/chairs.plw (written with '/')
@@ -27,6 +28,7 @@
 #include "lodeutil/Utf.h"
 #include "toolkit/db/PwDbAuthoring.h"
 #include "toolkit/image/PwDbImageAuthoring.h"
+#include "toolkit/table/PwDbTableAuthoring.h"
 #include "toolkit/underlay/PwDbUnderlayAuthoring.h"
 #include "toolkit/underlay/PwDbUnderlayDefinition.h"
 #include "toolkit/xref/PwDbXrefAuthoring.h"
@@ -175,6 +177,21 @@ std::string WriteSampleProject(const std::string& folder) {
     Check(PwDbAuthoring::addLayout(db, u"Plan A1", 2, 841, 594), "a layout");
     Check(PwDbAuthoring::addPlotSettings(db, u"Draft A3", false, 420, 297), "plot settings");
     Check(PwDbAuthoring::addPlotSettings(db, u"Model check", true, 297, 210), "plot settings");
+    // A schedule of rooms as a table, in a text style of its own.
+    PwDbObjectId heading;
+    PwDbAuthoring::TextStyleOptions bold;
+    bold.fontName = u"Sans Bold";
+    bold.textHeight = 5.0;
+    Check(PwDbAuthoring::addTextStyle(db, u"Heading", bold, &heading), "a text style");
+    PwDbAuthoring::TableDesign rooms;
+    rooms.position = {60, 0, 0};
+    rooms.columnWidths = {20, 50, 25};
+    rooms.rows.push_back({PwDb::RowKindTitle, 10.0, {PwDbAuthoring::TableCellDesign(u"ROOMS")}});
+    rooms.rows.push_back({PwDb::RowKindHeader, 8.0, {u"No.", u"Name", u"Area"}});
+    rooms.rows.push_back({PwDb::RowKindData, 8.0, {u"1", u"Entrance", u"12 m\u00b2"}});
+    rooms.rows.push_back({PwDb::RowKindData, 8.0, {u"2", u"Hall", u"48 m\u00b2"}});
+    rooms.rows[0].cells[0].textStyle = heading;
+    Check(PwDbAuthoring::addTable(db, db.modelSpaceId(), rooms), "a table");
     PwDbObjectId photo, plan;
     Check(PwDbAuthoring::addRasterImageDef(db, u"PHOTO", u"images/photo.png", &photo), "an image");
     Check(PwDbAuthoring::addRasterImage(db, db.modelSpaceId(), photo, {0, 0, 0}, 40, 40),

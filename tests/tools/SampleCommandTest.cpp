@@ -7,7 +7,13 @@
 #include <nlohmann/json.hpp>
 
 #include "CliRunner.h"
+#include "lodeutil/Utf.h"
+#include "support/DrawingReadBack.h"
 #include "support/TempFolderTest.h"
+#include "toolkit/core/PwString.h"
+#include "toolkit/db/PwDbDatabase.h"
+#include "toolkit/db/PwDbObjectPointer.h"
+#include "toolkit/table/PwDbTable.h"
 
 namespace {
 
@@ -73,6 +79,31 @@ TEST_F(SampleCommand, TheSampleTreeHasEveryKindOfDependency) {
               (std::vector<Row>{{"KIND", "REFERENCE", "FILE"},
                                 {"drawing", "found", root},
                                 {"drawing", "found", project + "/floors/ground.plw"}}));
+}
+
+// The root holds a table of rooms, made with the authoring API, whose title is in a text
+// style of its own.
+TEST_F(SampleCommand, TheRootHoldsATable) {
+    const std::string project = folder + "/project";
+    ASSERT_EQ(RunCli({"sample", project}, folder).exitCode, 0);
+    PwDbDatabase root(false, true);
+    ASSERT_EQ(root.readPlwFile(LodeUtil::Utf16FromNative(project + "/site.plw").c_str(),
+                               PwDbDatabase::OpenModeAlternate),
+              Plotwright::StatusOk);
+    int tables = 0;
+    for (const PwDbObjectId id : lodeqdbtest::Entities(root.modelSpaceId())) {
+        PwDbObjectPointer<PwDbTable> table(id, PwDb::OpenForRead);
+        if (table.openStatus() != Plotwright::StatusOk) continue;
+        ++tables;
+        EXPECT_EQ(table->rowCount(), 4u);
+        EXPECT_EQ(table->columnCount(), 3u);
+        EXPECT_EQ(table->rowKind(0), static_cast<unsigned>(PwDb::RowKindTitle));
+        PwString text;
+        ASSERT_EQ(table->getCellText(3, 1, 0, text), Plotwright::StatusOk);
+        EXPECT_EQ(text.toWString(), u"Hall");
+        EXPECT_NE(table->cellTextStyle(0, 0), root.standardTextStyleId());
+    }
+    EXPECT_EQ(tables, 1);
 }
 
 // The tree as people read it: depth by indentation, names relative to the root's folder, the
