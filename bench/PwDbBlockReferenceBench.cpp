@@ -92,7 +92,7 @@ void BM_BlockReferencesByScanningEveryObject(benchmark::State& state) {
     PwArray<PwDbObjectId> ids;
     for (auto _ : state) {
         ids.setLogicalLength(0);
-        drawing.database->forEachStub([&](const PwDbStub& stub) {
+        pwdbForEachStub(*drawing.database, [&](const PwDbStub& stub) {
             const PwDbBlockReference* reference = PwDbBlockReference::cast(stub.object);
             if (reference != nullptr && !reference->isErased() &&
                 reference->blockTableRecord() == drawing.rare) {

@@ -1,5 +1,6 @@
 // The contents of a new drawing, and the database's ways to its tables and dictionaries.
 #include "toolkit/db/PwDbDatabase.h"
+#include "toolkit/db/PwDbStub.h"
 
 #include <gtest/gtest.h>
 
@@ -138,7 +139,7 @@ TEST(PwDbDatabaseContent, NothingIsLeftOpenAndEveryObjectHasItsOwnHandle) {
     PwDbDatabase db;
     std::set<PwDbHandle> handles;
     size_t objects = 0;
-    db.forEachStub([&](const PwDbStub& stub) {
+    pwdbForEachStub(db, [&](const PwDbStub& stub) {
         ASSERT_NE(stub.object, nullptr);
         ++objects;
         EXPECT_NE(stub.handle, 0u);

@@ -18,6 +18,7 @@
 #include "lodeutil/Strings.h"
 #include "toolkit/db/PwDbBlockTable.h"
 #include "toolkit/db/PwDbDatabase.h"
+#include "toolkit/db/PwDbStub.h"
 #include "toolkit/db/PwDbEntity.h"
 #include "toolkit/db/PwDbIdMapping.h"
 #include "toolkit/db/PwDbLayerTable.h"
@@ -355,7 +356,7 @@ ErrorStatus PwDbCloner::translate(Planned& planned) const {
 
 ErrorStatus PwDbCloner::make(std::vector<PwDbObject*>& made) {
     const PwDbHandle firstHandle = m_target.handseed();
-    const size_t stubCount = m_target.m_stubs.size();
+    const size_t stubCount = m_target.m_records->stubs.size();
     for (const Planned& planned : m_plan) {
         PwDbObject* object = nullptr;
         if (auto status = pwdbObjectFromRecord(planned.record, &m_target, object)) {

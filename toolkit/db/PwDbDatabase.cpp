@@ -10,8 +10,7 @@
 #include "toolkit/db/PwDbHostApplicationServices.h"
 #include "toolkit/db/PwDbObject.h"
 #include "toolkit/db/PwDbTransactionManager.h"
-#include "toolkit/file/PwDbDatabaseFileState.h"
-#include "toolkit/xref/PwDbXrefState.h"
+#include "toolkit/db/PwDbStub.h"
 
 // Which layers entities use, worked out at most once per state of the drawing.
 struct PwDbDatabase::LayerUsage {
@@ -20,7 +19,9 @@ struct PwDbDatabase::LayerUsage {
 };
 
 PwDbDatabase::PwDbDatabase(bool makeWorkingDatabase, bool noDocument)
-    : m_noDocument(noDocument), m_transactions(std::make_unique<PwDbTransactionManager>(this)) {
+    : m_records(std::make_unique<Records>()),
+      m_noDocument(noDocument),
+      m_transactions(std::make_unique<PwDbTransactionManager>(this)) {
     buildDefaultDrawing();
     PwDbHostApplicationServices* services = pwdbHostApplicationServices();
     if (makeWorkingDatabase && services != nullptr && services->workingDatabase() == nullptr) {
@@ -29,7 +30,8 @@ PwDbDatabase::PwDbDatabase(bool makeWorkingDatabase, bool noDocument)
 }
 
 PwDbDatabase::PwDbDatabase(EmptyTag)
-    : m_transactions(std::make_unique<PwDbTransactionManager>(this)) {}
+    : m_records(std::make_unique<Records>()),
+      m_transactions(std::make_unique<PwDbTransactionManager>(this)) {}
 
 namespace {
 
@@ -55,17 +57,17 @@ PwDbDatabase::~PwDbDatabase() {
     if (services != nullptr && services->workingDatabase() == this) {
         services->setWorkingDatabase(nullptr);
     }
-    for (PwDbStub& stub : m_stubs) {
+    for (PwDbStub& stub : m_records->stubs) {
         delete stub.object;
         stub.object = nullptr;
     }
 }
 
 PwDbStub& PwDbDatabase::newStub(PwDbHandle handle) {
-    PwDbStub& stub = m_stubs.emplace_back();
+    PwDbStub& stub = m_records->stubs.emplace_back();
     stub.database = this;
     stub.handle = handle;
-    m_byHandle.emplace(handle, &stub);
+    m_records->byHandle.emplace(handle, &stub);
     if (handle >= m_nextHandle) m_nextHandle = handle + 1;
     return stub;
 }
@@ -88,7 +90,7 @@ Plotwright::ErrorStatus PwDbDatabase::addPwDbObjectWithHandle(PwDbObject* object
     if (object->m_stub != nullptr) return Plotwright::StatusAlreadyInDatabase;
     if (handle == 0) return Plotwright::StatusInvalidInput;
     PwDbStub* stub = nullptr;
-    if (const auto found = m_byHandle.find(handle); found != m_byHandle.end()) {
+    if (const auto found = m_records->byHandle.find(handle); found != m_records->byHandle.end()) {
         stub = found->second;
         if (stub->object != nullptr) return Plotwright::StatusDuplicateKey;
     } else {
@@ -152,16 +154,16 @@ Plotwright::ErrorStatus PwDbDatabase::getBlockReferenceIds(PwDbObjectId block,
 }
 
 void PwDbDatabase::discardObjectsFrom(PwDbHandle firstHandle, size_t stubCount) {
-    while (m_stubs.size() > stubCount) {
-        PwDbStub& stub = m_stubs.back();
+    while (m_records->stubs.size() > stubCount) {
+        PwDbStub& stub = m_records->stubs.back();
         if (const PwDbBlockReference* reference = PwDbBlockReference::cast(stub.object)) {
             noteBlockReference(PwDbObjectId(&stub), reference->blockTableRecord(),
                                PwDbObjectId());
         }
         if (stub.object != nullptr) --m_objectCount;
         delete stub.object;
-        m_byHandle.erase(stub.handle);
-        m_stubs.pop_back();
+        m_records->byHandle.erase(stub.handle);
+        m_records->stubs.pop_back();
     }
     m_nextHandle = firstHandle;
     m_layerUsage.reset();
@@ -170,7 +172,7 @@ void PwDbDatabase::discardObjectsFrom(PwDbHandle firstHandle, size_t stubCount) 
 
 PwDbObjectId PwDbDatabase::getPwDbObjectId(PwDbHandle handle, bool createIfMissing) {
     if (handle == 0) return PwDbObjectId();
-    if (const auto found = m_byHandle.find(handle); found != m_byHandle.end()) {
+    if (const auto found = m_records->byHandle.find(handle); found != m_records->byHandle.end()) {
         return PwDbObjectId(found->second);
     }
     return createIfMissing ? PwDbObjectId(&newStub(handle)) : PwDbObjectId();
@@ -202,7 +204,7 @@ bool PwDbDatabase::isLayerUsedByEntities(PwDbObjectId layer) const {
     if (!m_layerUsage || m_layerUsage->changeCount != m_changeCount) {
         auto usage = std::make_unique<LayerUsage>();
         usage->changeCount = m_changeCount;
-        for (const PwDbStub& stub : m_stubs) {
+        for (const PwDbStub& stub : m_records->stubs) {
             const PwDbEntity* entity = PwDbEntity::cast(stub.object);
             if (entity != nullptr && !entity->isErased()) usage->used.insert(entity->layerId());
         }
@@ -212,8 +214,7 @@ bool PwDbDatabase::isLayerUsedByEntities(PwDbObjectId layer) const {
 }
 
 void PwDbDatabase::swapContents(PwDbDatabase& other) {
-    std::swap(m_stubs, other.m_stubs);
-    std::swap(m_byHandle, other.m_byHandle);
+    std::swap(m_records, other.m_records);
     std::swap(m_nextHandle, other.m_nextHandle);
     std::swap(m_objectCount, other.m_objectCount);
     std::swap(m_blockTable, other.m_blockTable);
@@ -229,17 +230,48 @@ void PwDbDatabase::swapContents(PwDbDatabase& other) {
     std::swap(m_layerZero, other.m_layerZero);
     std::swap(m_currentLayer, other.m_currentLayer);
     std::swap(m_measurement, other.m_measurement);
-    std::swap(m_loadedXrefs, other.m_loadedXrefs);
-    // A deque swap keeps every element where it is, so ids stay valid; only the records'
-    // owner changes.
-    for (PwDbStub& stub : m_stubs) stub.database = this;
-    for (PwDbStub& stub : other.m_stubs) stub.database = &other;
+    // The layers' state that belongs to the contents goes with them; the rest stays.
+    std::vector<const PwDbExtensionSlot*> following;
+    for (const auto* list : {&m_extensions, &other.m_extensions}) {
+        for (const auto& entry : *list) {
+            if (entry.first->followsContents) following.push_back(entry.first);
+        }
+    }
+    std::sort(following.begin(), following.end());
+    following.erase(std::unique(following.begin(), following.end()), following.end());
+    for (const PwDbExtensionSlot* slot : following) {
+        takeExtensionSlot(*slot).swap(other.takeExtensionSlot(*slot));
+    }
+    // The records move as a whole, so ids stay valid; only the records' owner changes.
+    for (PwDbStub& stub : m_records->stubs) stub.database = this;
+    for (PwDbStub& stub : other.m_records->stubs) stub.database = &other;
     m_layerUsage.reset();
     other.m_layerUsage.reset();
     noteChange();
     other.noteChange();
 }
 
-void PwDbDatabase::setPreviewImage(const PwDbPreviewImage* image) {
-    m_preview = image ? std::make_unique<PwDbPreviewImage>(*image) : nullptr;
+PwDbDatabaseExtension* PwDbDatabase::extension(const PwDbExtensionSlot& slot) const {
+    for (const auto& [owner, state] : m_extensions) {
+        if (owner == &slot) return state.get();
+    }
+    return nullptr;
+}
+
+void PwDbDatabase::setExtension(const PwDbExtensionSlot& slot,
+                                std::unique_ptr<PwDbDatabaseExtension> state) {
+    takeExtensionSlot(slot) = std::move(state);
+}
+
+std::unique_ptr<PwDbDatabaseExtension>& PwDbDatabase::takeExtensionSlot(
+    const PwDbExtensionSlot& slot) {
+    for (auto& [owner, state] : m_extensions) {
+        if (owner == &slot) return state;
+    }
+    return m_extensions.emplace_back(&slot, nullptr).second;
+}
+
+void pwdbForEachStub(const PwDbDatabase& database,
+                     const std::function<void(const PwDbStub&)>& visit) {
+    for (const PwDbStub& stub : database.m_records->stubs) visit(stub);
 }

@@ -15,10 +15,10 @@
 // ("PLOTWRIGHT_PLOTSETTINGS", empty), and the text style table with the style "Standard".
 #pragma once
 
-#include <deque>
+#include <functional>
 #include <memory>
-#include <string>
 #include <unordered_map>
+#include <string>
 #include <vector>
 
 #include "lodeutil/WideString.h"
@@ -26,7 +26,7 @@
 #include "toolkit/core/PwErrorStatus.h"
 #include "toolkit/db/PwDb.h"
 #include "toolkit/db/PwDbObjectId.h"
-#include "toolkit/db/PwDbStub.h"
+#include "toolkit/db/PwDbDatabaseExtension.h"
 
 class PwDbObject;
 class PwDbBlockTable;
@@ -37,7 +37,7 @@ class PwDbIdMapping;
 class PwDbTransactionManager;
 struct PwDbDrawingImage;
 struct PwDbPreviewImage;
-struct PwDbXrefGraphStore;
+struct PwDbStub;
 
 /// A number that changes whenever any drawing of the process changes, is made or is destroyed:
 /// caches that span several drawings (the reference graph of a host) are sound while it stays.
@@ -86,12 +86,6 @@ class PwDbDatabase {
     PwDbObjectId getPwDbObjectId(PwDbHandle handle, bool createIfMissing = false);
     /// The handle the next new object gets.
     PwDbHandle handseed() const { return m_nextHandle; }
-    /// Every object record in the order the records were made, erased objects and records
-    /// without an object included.
-    template <class Visit>
-    void forEachStub(Visit&& visit) const {
-        for (const PwDbStub& stub : m_stubs) visit(stub);
-    }
     /// Number of objects the drawing holds, erased ones included.
     size_t numObjects() const { return m_objectCount; }
 
@@ -214,7 +208,7 @@ class PwDbDatabase {
     PwDb::PwDbPlwVersion originalFileVersion() const { return m_originalVersion; }
 
     /// The preview image saved with the drawing; null when there is none.
-    const PwDbPreviewImage* previewImage() const { return m_preview.get(); }
+    const PwDbPreviewImage* previewImage() const;
     void setPreviewImage(const PwDbPreviewImage* image);
 
     /// The drawing as its files hold it, in `version`: every object that isn't erased, the
@@ -234,12 +228,11 @@ class PwDbDatabase {
     /// Counts a change of this drawing, and one of the process's drawings (pwdbChangeEpoch).
     void noteChange();
 
-    /// The reference graphs last built with this drawing as host (with and without the
-    /// references that aren't resolved), kept for the toolkit's graph calls while no drawing
-    /// of the process changes.
-    std::shared_ptr<const PwDbXrefGraphStore>& cachedXrefGraph(bool includeUnresolved) const {
-        return m_xrefGraphs[includeUnresolved ? 1 : 0];
-    }
+    /// The state of the layer whose slot is `slot`, kept for this drawing; null when there is
+    /// none. Layers reach their own state through pwdbExtension and pwdbFindExtension.
+    PwDbDatabaseExtension* extension(const PwDbExtensionSlot& slot) const;
+    /// Gives this drawing `state` in `slot`, ending what the slot held; null empties it.
+    void setExtension(const PwDbExtensionSlot& slot, std::unique_ptr<PwDbDatabaseExtension> state);
 
   private:
     struct EmptyTag {};
@@ -253,13 +246,15 @@ class PwDbDatabase {
     Plotwright::ErrorStatus readImage(const PwDbDrawingImage& image, const char16_t* path,
                                       int32_t version);
     bool inputForbidsSaving(const char16_t* path) const;
+    /// The entry of `slot`, made empty when the drawing has none.
+    std::unique_ptr<PwDbDatabaseExtension>& takeExtensionSlot(const PwDbExtensionSlot& slot);
 
-    std::deque<PwDbStub> m_stubs;
-    std::unordered_map<PwDbHandle, PwDbStub*> m_byHandle;
+    /// Every object record in the order the records were made, and the records by handle.
+    struct Records;
+    std::unique_ptr<Records> m_records;
     PwDbHandle m_nextHandle = 1;
     size_t m_objectCount = 0;
     uint64_t m_changeCount = 0;
-    mutable std::shared_ptr<const PwDbXrefGraphStore> m_xrefGraphs[2];
 
     PwDbObjectId m_blockTable;
     PwDbObjectId m_layerTable;
@@ -292,28 +287,27 @@ class PwDbDatabase {
     /// gives their handles back; the drawing is then as it was before.
     void discardObjectsFrom(PwDbHandle firstHandle, size_t stubCount);
     friend class PwDbCloner;
+    friend void pwdbForEachStub(const PwDbDatabase& database,
+                                const std::function<void(const PwDbStub&)>& visit);
 
-    struct Input;
-    std::unique_ptr<Input> m_input;
     PwDb::PwDbPlwVersion m_originalVersion = PwDb::PwDbPlwVersionCurrent;
     PwDb::PwDbPlwVersion m_lastSavedVersion = PwDb::PwDbPlwVersionNone;
-    std::unique_ptr<PwDbPreviewImage> m_preview;
-    /// Application information entries read from a file that this toolkit doesn't write
-    /// itself; saved again as they were.
-    struct AppInfoKept;
-    std::unique_ptr<AppInfoKept> m_appInfoKept;
 
-    // External references (toolkit/xref). A drawing loaded for a reference knows the host
-    // that owns it and where it was loaded from; that stays when it is read again. A host
-    // owns the drawings loaded for its references at every depth; they go with its objects
-    // when it is read again.
-    friend class PwDbXrefResolver;
-    struct XrefOrigin {
-        PwDbDatabase* host = nullptr;
-        wstring path;
-        std::string fileIdentity;
-    };
-    XrefOrigin m_xrefOrigin;
-    struct LoadedXrefs;
-    std::unique_ptr<LoadedXrefs> m_loadedXrefs;
+    /// The state that the layers above keep for this drawing, one entry per slot in use.
+    std::vector<std::pair<const PwDbExtensionSlot*, std::unique_ptr<PwDbDatabaseExtension>>>
+        m_extensions;
 };
+
+template <class State>
+State* pwdbFindExtension(const PwDbDatabase& database) {
+    return static_cast<State*>(database.extension(State::slot));
+}
+
+template <class State>
+State& pwdbExtension(PwDbDatabase& database) {
+    if (State* found = pwdbFindExtension<State>(database)) return *found;
+    auto made = std::make_unique<State>();
+    State& state = *made;
+    database.setExtension(State::slot, std::move(made));
+    return state;
+}

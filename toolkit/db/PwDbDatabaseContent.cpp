@@ -1,5 +1,6 @@
 // The contents every drawing starts with, and the ways to its tables and dictionaries.
 #include "toolkit/db/PwDbDatabase.h"
+#include "toolkit/db/PwDbStub.h"
 
 #include "toolkit/db/PwDbBlockTable.h"
 #include "toolkit/db/PwDbDictionary.h"
@@ -112,7 +113,7 @@ void PwDbDatabase::ensureTextStyleTable() {
     if (!m_textStyleTable.isNull()) return;
     // A file holds the table as an object owned by nothing; the first such one (by handle)
     // is the drawing's.
-    for (PwDbStub& stub : m_stubs) {
+    for (PwDbStub& stub : m_records->stubs) {
         const PwDbTextStyleTable* table = PwDbTextStyleTable::cast(stub.object);
         if (table == nullptr || table->isErased() || !table->ownerId().isNull()) continue;
         if (m_textStyleTable.isNull() || stub.handle < m_textStyleTable.handle()) {

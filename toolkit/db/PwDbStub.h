@@ -16,3 +16,21 @@ struct PwDbStub {
     /// before the object itself is read.
     PwDbObject* object = nullptr;
 };
+
+#include <deque>
+#include <functional>
+#include <unordered_map>
+
+#include "toolkit/db/PwDbDatabase.h"
+
+/// A database's records: a deque, so that a record stays where it is while others are added
+/// and an id (a pointer to its record) stays valid for the database's life.
+struct PwDbDatabase::Records {
+    std::deque<PwDbStub> stubs;
+    std::unordered_map<PwDbHandle, PwDbStub*> byHandle;
+};
+
+/// Visits every object record of `database` in the order the records were made, erased
+/// objects and records without an object included.
+void pwdbForEachStub(const PwDbDatabase& database,
+                     const std::function<void(const PwDbStub&)>& visit);

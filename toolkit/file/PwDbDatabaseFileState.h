@@ -1,19 +1,30 @@
-// What a database keeps of the file it was read from; internal to the toolkit.
+// What a database keeps of the file it was read from: the hold on it, the application
+// information this toolkit doesn't write itself, the preview. Kept by the file layer in the
+// database's extension slot; internal to the toolkit.
 #pragma once
 
+#include <memory>
 #include <vector>
 
 #include "toolkit/db/PwDbDatabase.h"
 #include "toolkit/file/PwDbDrawingImage.h"
 #include "toolkit/pal/PwFileIO.h"
 
-struct PwDbDatabase::Input {
-    /// The open file and its lock; the null file once the hold ended or for OpenModeAlternate.
-    Morvane::Plotwright::PAL::FileIO::File file;
-    wstring path;
-    OpenMode mode = OpenModeAlternate;
-};
+struct PwDbDatabaseFileState : PwDbDatabaseExtension {
+    static const PwDbExtensionSlot slot;
 
-struct PwDbDatabase::AppInfoKept {
-    std::vector<PwDbAppInfoEntry> entries;
+    struct Input {
+        /// The open file and its lock; the null file once the hold ended or for
+        /// OpenModeAlternate.
+        Morvane::Plotwright::PAL::FileIO::File file;
+        wstring path;
+        PwDbDatabase::OpenMode mode = PwDbDatabase::OpenModeAlternate;
+    };
+    /// The file the database was read from; null after closeInput and for exchange files.
+    std::unique_ptr<Input> input;
+    /// Application information entries read from a file that this toolkit doesn't write
+    /// itself; saved again as they were.
+    std::vector<PwDbAppInfoEntry> appInfoKept;
+    /// The preview image saved with the drawing; null when there is none.
+    std::unique_ptr<PwDbPreviewImage> preview;
 };

@@ -8,6 +8,7 @@
 #include "toolkit/db/PwDbDictionary.h"
 #include "toolkit/db/PwDbHostApplicationServices.h"
 #include "toolkit/db/PwDbLayerTable.h"
+#include "toolkit/db/PwDbStub.h"
 #include "toolkit/file/PwDbDatabaseFileState.h"
 #include "toolkit/file/PwDbPlwCodec.h"
 #include "toolkit/file/PwDbPlxCodec.h"
@@ -56,12 +57,12 @@ ErrorStatus PwDbDatabase::captureImage(PwDbDrawingImage& image, int32_t version)
     if (services == nullptr) services = &defaults;
     made.appInfo.push_back({kPwDbOwnerGuidKey, services->ownerGuid()});
     made.appInfo.push_back({kPwDbSummaryFormatId, pwdbCreatorPropertySet(services->creatorName())});
-    if (m_appInfoKept) {
-        for (const PwDbAppInfoEntry& entry : m_appInfoKept->entries) made.appInfo.push_back(entry);
+    if (const auto* kept = pwdbFindExtension<PwDbDatabaseFileState>(*this)) {
+        for (const PwDbAppInfoEntry& entry : kept->appInfoKept) made.appInfo.push_back(entry);
+        if (kept->preview) made.preview = *kept->preview;
     }
-    if (m_preview) made.preview = *m_preview;
     made.objects.reserve(m_objectCount);
-    for (const PwDbStub& stub : m_stubs) {
+    for (const PwDbStub& stub : m_records->stubs) {
         if (stub.object == nullptr) continue;
         PwDbObjectRecord record;
         if (auto status = pwdbRecordObject(*stub.object, record)) return status;
@@ -119,11 +120,11 @@ ErrorStatus PwDbDatabase::readImage(const PwDbDrawingImage& image, const char16_
     m_lastSavedVersion = PwDb::PwDbPlwVersionNone;
     setFilename(path);
     setPreviewImage(image.preview ? &*image.preview : nullptr);
-    auto kept = std::make_unique<AppInfoKept>();
+    std::vector<PwDbAppInfoEntry> kept;
     for (const PwDbAppInfoEntry& entry : image.appInfo) {
-        if (!IsOwnEntry(entry)) kept->entries.push_back(entry);
+        if (!IsOwnEntry(entry)) kept.push_back(entry);
     }
-    m_appInfoKept = std::move(kept);
+    pwdbExtension<PwDbDatabaseFileState>(*this).appInfoKept = std::move(kept);
     return StatusOk;
 }
 
@@ -147,10 +148,11 @@ ErrorStatus PwDbDatabase::readPlwFile(const char16_t* path, OpenMode mode,
     PwDbDrawingImage image;
     if (pwdbDecodePlw(bytes, image) != StatusOk) return Plotwright::StatusBadFileFormat;
     if (auto status = readImage(image, path, image.version)) return status;
-    m_input = std::make_unique<Input>();
-    m_input->file = file;
-    m_input->path = path;
-    m_input->mode = mode;
+    auto input = std::make_unique<PwDbDatabaseFileState::Input>();
+    input->file = file;
+    input->path = path;
+    input->mode = mode;
+    pwdbExtension<PwDbDatabaseFileState>(*this).input = std::move(input);
     return StatusOk;
 }
 
@@ -164,15 +166,17 @@ ErrorStatus PwDbDatabase::plxIn(const char16_t* path, const char16_t* /*logFile*
     PwDbDrawingImage image;
     if (pwdbDecodePlx(text, image) != StatusOk) return Plotwright::StatusBadFileFormat;
     if (auto status = readImage(image, path, image.version)) return status;
-    m_input.reset();
+    if (auto* state = pwdbFindExtension<PwDbDatabaseFileState>(*this)) state->input.reset();
     return StatusOk;
 }
 
 // A save over the file the database was read from waits for closeInput, except
 // after a read that holds nothing.
 bool PwDbDatabase::inputForbidsSaving(const char16_t* path) const {
-    return m_input != nullptr && m_input->mode != OpenModeAlternate &&
-           FileIO::SameFile(path, m_input->path.c_str());
+    const auto* state = pwdbFindExtension<PwDbDatabaseFileState>(*this);
+    if (state == nullptr || state->input == nullptr) return false;
+    return state->input->mode != OpenModeAlternate &&
+           FileIO::SameFile(path, state->input->path.c_str());
 }
 
 ErrorStatus PwDbDatabase::saveAs(const char16_t* path, bool becomesDrawingFile,
@@ -204,6 +208,18 @@ ErrorStatus PwDbDatabase::plxOut(const char16_t* path, int precision, PwDb::PwDb
 }
 
 ErrorStatus PwDbDatabase::closeInput(bool /*closeFile*/) {
-    m_input.reset();
+    if (auto* state = pwdbFindExtension<PwDbDatabaseFileState>(*this)) state->input.reset();
     return StatusOk;
+}
+
+const PwDbExtensionSlot PwDbDatabaseFileState::slot{};
+
+const PwDbPreviewImage* PwDbDatabase::previewImage() const {
+    const auto* state = pwdbFindExtension<PwDbDatabaseFileState>(*this);
+    return state != nullptr ? state->preview.get() : nullptr;
+}
+
+void PwDbDatabase::setPreviewImage(const PwDbPreviewImage* image) {
+    pwdbExtension<PwDbDatabaseFileState>(*this).preview =
+        image ? std::make_unique<PwDbPreviewImage>(*image) : nullptr;
 }

@@ -1,6 +1,7 @@
 #include "toolkit/image/PwDbRasterImageDef.h"
 
 #include "toolkit/core/PwWideText.h"
+#include "toolkit/db/PwDbStub.h"
 #include "toolkit/db/PwDbDatabase.h"
 #include "toolkit/db/PwDbDependentFiles.h"
 #include "toolkit/db/PwDbDictionary.h"

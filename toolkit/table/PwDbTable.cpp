@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "toolkit/core/PwString.h"
+#include "toolkit/db/PwDbStub.h"
 #include "toolkit/db/PwDbDatabase.h"
 #include "toolkit/db/PwDbPlwFiler.h"
 #include "toolkit/db/PwDbTextStyleTable.h"

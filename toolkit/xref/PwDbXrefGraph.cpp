@@ -10,6 +10,7 @@
 #include "toolkit/db/PwDbDatabase.h"
 #include "toolkit/db/PwDbDependentFiles.h"
 #include "toolkit/xref/PwDbXrefResolver.h"
+#include "toolkit/xref/PwDbXrefState.h"
 
 PwDbXrefGraphNode::PwDbXrefGraphNode(PwDbDatabase* database, PwDbObjectId blockId, wstring name,
                                      PwDb::XrefStatus status)
@@ -202,7 +203,7 @@ Plotwright::ErrorStatus pwdbGetHostPlwXrefGraph(PwDbDatabase* database, PwDbXref
     graph.reset();
     if (database == nullptr) return Plotwright::StatusNullDatabase;
     std::shared_ptr<const PwDbXrefGraphStore>& cached =
-        database->cachedXrefGraph(includeUnresolved);
+        pwdbExtension<PwDbXrefGraphCache>(*database).graphs[includeUnresolved ? 1 : 0];
     const uint64_t epoch = pwdbChangeEpoch();
     if (cached != nullptr && cached->epoch == epoch) {
         graph.share(cached);

@@ -36,21 +36,33 @@ ErrorStatus ReadDrawing(PwDbDatabase& database, const wstring& path) {
     return database.readPlwFile(path.c_str(), PwDbDatabase::OpenModeAlternate);
 }
 
+// Where `database` was loaded from; an empty origin for a drawing not loaded for a reference.
+const PwDbXrefOrigin& OriginOf(const PwDbDatabase& database) {
+    static const PwDbXrefOrigin none;
+    const PwDbXrefOrigin* origin = pwdbFindExtension<PwDbXrefOrigin>(database);
+    return origin != nullptr ? *origin : none;
+}
+
 }  // namespace
+
+const PwDbExtensionSlot PwDbXrefOrigin::slot{};
+const PwDbExtensionSlot PwDbLoadedXrefs::slot{.followsContents = true};
+const PwDbExtensionSlot PwDbXrefGraphCache::slot{};
 
 PwDbXrefResolver::PwDbXrefResolver(PwDbDatabase& host, bool rereadResolved)
     : m_host(host), m_rereadResolved(rereadResolved) {}
 
 PwDbDatabase& PwDbXrefResolver::hostOf(PwDbDatabase& database) {
-    return database.m_xrefOrigin.host != nullptr ? *database.m_xrefOrigin.host : database;
+    PwDbDatabase* host = OriginOf(database).host;
+    return host != nullptr ? *host : database;
 }
 
 const wstring& PwDbXrefResolver::originalPath(const PwDbDatabase& database) {
-    return database.m_xrefOrigin.path;
+    return OriginOf(database).path;
 }
 
 PwDbDatabase* PwDbXrefResolver::loadedFor(const PwDbDatabase& database) {
-    return database.m_xrefOrigin.host;
+    return OriginOf(database).host;
 }
 
 std::vector<PwDbBlockTableRecord*> PwDbXrefResolver::referenceBlocks(const PwDbDatabase& database) {
@@ -120,7 +132,7 @@ void PwDbXrefResolver::resolveReferencesOf(PwDbDatabase& holder,
             reread(*loaded);
         }
         if (loaded == nullptr) continue;
-        const std::string identity = loaded->m_xrefOrigin.fileIdentity;
+        const std::string identity = OriginOf(*loaded).fileIdentity;
         if (m_finished.count(identity) != 0 || inProgress(identity)) continue;
         enter(*loaded, identity);
     }
@@ -151,8 +163,7 @@ PwDbDatabase* PwDbXrefResolver::resolve(PwDbDatabase& holder, PwDbBlockTableReco
 
 PwDbDatabase* PwDbXrefResolver::load(const wstring& path, const std::string& identity,
                                      PwDb::XrefStatus& status) {
-    if (!m_host.m_loadedXrefs) m_host.m_loadedXrefs = std::make_unique<PwDbDatabase::LoadedXrefs>();
-    auto& byFile = m_host.m_loadedXrefs->byFile;
+    auto& byFile = pwdbExtension<PwDbLoadedXrefs>(m_host).byFile;
     if (auto existing = byFile.find(identity); existing != byFile.end()) {
         status = PwDb::XrefResolved;
         return existing->second.get();
@@ -163,7 +174,10 @@ PwDbDatabase* PwDbXrefResolver::load(const wstring& path, const std::string& ide
         status = PwDb::XrefFilePresentUnresolved;
         return nullptr;
     }
-    database->m_xrefOrigin = {&m_host, path, identity};
+    PwDbXrefOrigin& origin = pwdbExtension<PwDbXrefOrigin>(*database);
+    origin.host = &m_host;
+    origin.path = path;
+    origin.fileIdentity = identity;
     PwDbDatabase* loaded = database.get();
     byFile.emplace(identity, std::move(database));
     status = PwDb::XrefResolved;
@@ -171,11 +185,11 @@ PwDbDatabase* PwDbXrefResolver::load(const wstring& path, const std::string& ide
 }
 
 void PwDbXrefResolver::reread(PwDbDatabase& loaded) {
-    const std::string& identity = loaded.m_xrefOrigin.fileIdentity;
+    const std::string& identity = OriginOf(loaded).fileIdentity;
     if (m_finished.count(identity) != 0) return;
     if (inProgress(identity)) return;
     // A failed read keeps the drawing as it was: the reference stays usable.
-    ReadDrawing(loaded, loaded.m_xrefOrigin.path);
+    ReadDrawing(loaded, OriginOf(loaded).path);
 }
 
 ErrorStatus PwDbXrefResolver::prepareReload(PwDbObjectId id) {
@@ -200,17 +214,18 @@ ErrorStatus PwDbXrefResolver::prepareReload(PwDbObjectId id) {
         setResolution(*block, nullptr, PwDb::XrefFileMissing);
         return Plotwright::StatusFileNotFound;
     }
-    if (FileIO::FileIdentity(found.c_str()) != loaded->m_xrefOrigin.fileIdentity) {
+    if (FileIO::FileIdentity(found.c_str()) != OriginOf(*loaded).fileIdentity) {
         // The reference now leads to another file: resolution finds it afresh.
         setResolution(*block, nullptr, PwDb::XrefFilePresentUnresolved);
         return StatusOk;
     }
-    return ReadDrawing(*loaded, loaded->m_xrefOrigin.path);
+    return ReadDrawing(*loaded, OriginOf(*loaded).path);
 }
 
 void PwDbXrefResolver::dropUnused() {
-    if (!m_host.m_loadedXrefs) return;
-    auto& byFile = m_host.m_loadedXrefs->byFile;
+    auto* loadedXrefs = pwdbFindExtension<PwDbLoadedXrefs>(m_host);
+    if (loadedXrefs == nullptr) return;
+    auto& byFile = loadedXrefs->byFile;
     std::set<const PwDbDatabase*> used;
     std::vector<const PwDbDatabase*> pending{&m_host};
     while (!pending.empty()) {
