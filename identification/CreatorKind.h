@@ -5,24 +5,11 @@
 #pragma once
 
 #include "identification/Guid.h"
+#include "vocabulary/FileKinds.h"
 #include "lodeutil/WideString.h"
 
 class PwDbDatabase;
 
-namespace lode {
-
-/// The kinds. The values are part of the library's interface.
-enum PlwFileType : int {
-    PlwTypeUnknown = 0,
-    PlwTypePlain = 1,
-    PlwTypeMarkerBlock = 2,
-    PlwTypeGearmark = 3,
-    PlwTypeScope = 4,
-    PlwTypeScopeMaster = 5,
-    PlwTypeTreeNode = 6,
-};
-
-}  // namespace lode
 
 namespace LodeQDBUtil {
 

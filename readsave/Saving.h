@@ -9,7 +9,7 @@
 // runs the drawing is the working database where the host allows (see SetWorkingDBMgr).
 #pragma once
 
-#include "identification/FileFormat.h"
+#include "vocabulary/FormatGeneration.h"
 #include "lodeutil/WideString.h"
 #include "toolkit/core/PwErrorStatus.h"
 

@@ -13,21 +13,8 @@
 #include "lodeutil/WideString.h"
 #include "toolkit/db/PwDb.h"
 #include "toolkit/db/PwDbObjectId.h"
+#include "vocabulary/FileKinds.h"
 
-namespace lode {
-
-/// The kind of a file. The values are part of the library's interface; 5 and 6 are reserved.
-enum FileType : int {
-    Unknown = 0,
-    Plw = 1,
-    Image = 2,
-    /// By name an exchange file, by object a PLF underlay.
-    PlxOrPlf = 3,
-    Dgn = 4,
-    Pdf = 7,
-};
-
-}  // namespace lode
 
 namespace LodeQDBService {
 
