@@ -2,10 +2,10 @@
 
 #include <atomic>
 
-#include "lodeutil/Module.h"
 #include "platform/FaultGuard.h"
 #include "platform/LodeExceptions.h"
 #include "toolkit/core/PwString.h"
+#include "toolkit/dgn/PwDgnIOEntryPoints.h"
 #include "toolkit/rx/PwRxDictionary.h"
 #include "toolkit/rx/PwRxDynamicLinker.h"
 #include "toolkit/rx/PwRxModules.h"
@@ -16,31 +16,29 @@ namespace {
 
 std::atomic<size_t> g_lookups{0};
 
-using IsDgnFileEntry = bool (*)(const PwString&);
-IsDgnFileEntry g_isDgnFile = nullptr;
+PwDgnIsDgnFileEntry g_isDgnFile = nullptr;
 
 }  // namespace
 
 void* BindDgnEntryPoint(const char* name) {
     ++g_lookups;
-    LodeUtil::ModuleHandle module = pwrxModuleHandle(kDgnModuleName);
+    LodeUtil::ModuleHandle module = pwrxModuleHandle(kPwDgnModuleName);
     if (module == nullptr) {
         // The linker is the toolkit's own registry entry; it is always there.
         auto* linker = static_cast<PwRxDynamicLinker*>(pwrxSysRegistry()->at(u"DynamicLinker"));
-        if (!linker->loadModule(kDgnModuleName, false, true)) throw lode::InkstoneError();
-        module = pwrxModuleHandle(kDgnModuleName);
+        if (!linker->loadModule(kPwDgnModuleName, false, true)) throw lode::InkstoneError();
+        module = pwrxModuleHandle(kPwDgnModuleName);
         if (module == nullptr) throw lode::InkstoneError();
     }
-    void* address = LodeUtil::Module::Symbol(module, name);
+    // Binding pins the module: the library keeps the entry for the rest of the process.
+    void* address = pwrxBindModuleEntry(kPwDgnModuleName, name);
     if (address == nullptr) throw lode::InkstoneError();
-    // The library keeps the entry for the rest of the process: the module must stay.
-    if (!pwrxPinModule(kDgnModuleName)) throw lode::InkstoneError();
     return address;
 }
 
 bool IsDGNFile(const wstring& path) {
     bool answer = false;
-    const IsDgnFileEntry probe = BindDgnEntryPointOnce(g_isDgnFile, "DGNIsDgnFile");
+    const PwDgnIsDgnFileEntry probe = BindDgnEntryPointOnce(g_isDgnFile, kPwDgnIsDgnFileEntryName);
     // Made outside the guard: a fault jumps past destructors, and the text would leak.
     const PwString text(path.c_str(), path.size());
     RunGuarded([&] { answer = probe(text); });

@@ -10,13 +10,11 @@
 
 namespace LodeQDBUtil {
 
-/// The module's file name.
-inline constexpr char16_t kDgnModuleName[] = u"PwDgnIO.qdb";
-
 /// The address of the module's entry `name`, loading the module first when it isn't in the
 /// process. lode::InkstoneError when the module can't be loaded or lacks the entry. The
-/// module is pinned (pwrxPinModule): entries once bound stay callable, and a request to
-/// unload the module is refused from then on.
+/// module's name, entries and their types are in toolkit/dgn/PwDgnIOEntryPoints.h; binding
+/// pins the module (pwrxBindModuleEntry), so entries once bound stay callable and a request
+/// to unload the module is refused from then on.
 void* BindDgnEntryPoint(const char* name);
 
 /// Binds the entry `name` into `slot` unless it holds an address already; gives the address.

@@ -7,30 +7,24 @@
 #include "toolkit/core/PwString.h"
 #include "toolkit/dgn/PwDbDgnConvertReport.h"
 #include "toolkit/dgn/PwDbDgnRefFileRepath.h"
+#include "toolkit/dgn/PwDgnIOEntryPoints.h"
 
 namespace LodeQDBUtil {
 
 namespace {
 
-using LoadFileEntry = void* (*)(const char16_t*, int, uint32_t, int);
-using CloseFileEntry = void (*)(void*);
-using GetItemCountEntry = uint32_t (*)(void*);
-using GetItemEntry = void* (*)(void*, uint32_t);
-using CloseItemEntry = void (*)(void*);
-using GetItemNameEntry = Plotwright::ErrorStatus (*)(void*, PwString*);
-using ConvertItemEntry = Plotwright::ErrorStatus (*)(void*, DgnConvertOptions*, PwDbDatabase*);
-
-LoadFileEntry g_loadFile = nullptr;
-CloseFileEntry g_closeFile = nullptr;
-GetItemCountEntry g_getItemCount = nullptr;
-GetItemEntry g_getItem = nullptr;
-CloseItemEntry g_closeItem = nullptr;
-GetItemNameEntry g_getItemName = nullptr;
-ConvertItemEntry g_convertItem = nullptr;
-PwDbDgnGetConvertReportFunction g_getConvertReport = nullptr;
+// The module's entries, bound at first use (see DgnModule.h).
+PwDgnLoadFileEntry g_loadFile = nullptr;
+PwDgnCloseFileEntry g_closeFile = nullptr;
+PwDgnGetItemCountEntry g_getItemCount = nullptr;
+PwDgnGetItemEntry g_getItem = nullptr;
+PwDgnCloseItemEntry g_closeItem = nullptr;
+PwDgnGetItemNameEntry g_getItemName = nullptr;
+PwDgnConvertItemExEntry g_convertItem = nullptr;
+PwDgnGetConvertReportEntry g_getConvertReport = nullptr;
 
 void* LoadDgnFile(const wstring& path) {
-    const LoadFileEntry load = BindDgnEntryPointOnce(g_loadFile, "DGNLoadFile");
+    const PwDgnLoadFileEntry load = BindDgnEntryPointOnce(g_loadFile, kPwDgnLoadFileEntryName);
     const PwString text(path.c_str(), path.size());
     void* file = load(text.kwszPtr(), 0, 0x80000000u, 1);
     if (file == nullptr) throw lode::InvalidFormat(path);
@@ -38,7 +32,7 @@ void* LoadDgnFile(const wstring& path) {
 }
 
 Plotwright::ErrorStatus GetDgnItemName(void* item, wstring& name) {
-    const GetItemNameEntry get = BindDgnEntryPointOnce(g_getItemName, "DGNGetItemName");
+    const PwDgnGetItemNameEntry get = BindDgnEntryPointOnce(g_getItemName, kPwDgnGetItemNameEntryName);
     PwString text;
     const Plotwright::ErrorStatus status = get(item, &text);
     if (status == Plotwright::StatusOk) name.assign(text.kwszPtr(), text.length());
@@ -47,11 +41,11 @@ Plotwright::ErrorStatus GetDgnItemName(void* item, wstring& name) {
 
 // The item of the model `modelName`; the file stays open when none is found.
 void* FindModel(void* file, const wstring& modelName) {
-    const GetItemEntry getItem = BindDgnEntryPointOnce(g_getItem, "DGNGetItem");
+    const PwDgnGetItemEntry getItem = BindDgnEntryPointOnce(g_getItem, kPwDgnGetItemEntryName);
     if (modelName.empty()) return getItem(file, 0);
-    const uint32_t count = BindDgnEntryPointOnce(g_getItemCount, "DGNGetItemCount")(file);
+    const uint32_t count = BindDgnEntryPointOnce(g_getItemCount, kPwDgnGetItemCountEntryName)(file);
     if (count == 0) throw lode::NotFound(modelName);
-    const CloseItemEntry closeItem = BindDgnEntryPointOnce(g_closeItem, "DGNCloseItem");
+    const PwDgnCloseItemEntry closeItem = BindDgnEntryPointOnce(g_closeItem, kPwDgnCloseItemEntryName);
     for (uint32_t index = 0; index < count; ++index) {
         void* item = getItem(file, index);
         wstring name;
@@ -64,8 +58,8 @@ void* FindModel(void* file, const wstring& modelName) {
 // The rows of the item's last translation; none when the module keeps no report.
 std::vector<DgnConvertRow> ConvertReport(void* item) {
     std::vector<DgnConvertRow> report;
-    const PwDbDgnGetConvertReportFunction get =
-        BindDgnEntryPointOnce(g_getConvertReport, "DGNGetConvertReport");
+    const PwDgnGetConvertReportEntry get =
+        BindDgnEntryPointOnce(g_getConvertReport, kPwDgnGetConvertReportEntryName);
     uint32_t count = 0;
     if (get(item, nullptr, 0, &count) != Plotwright::StatusOk || count == 0) return report;
     std::vector<PwDbDgnConvertReportRow> rows(count);
@@ -98,10 +92,10 @@ void Translate(const wstring& path, const wstring& modelName, PwDbDatabase& data
     options.targetBlockHandle = 0;
     options.cellBlockPrefix.clear();
     const Plotwright::ErrorStatus status =
-        BindDgnEntryPointOnce(g_convertItem, "DGNConvertItemEx")(item, &options, &database);
+        BindDgnEntryPointOnce(g_convertItem, kPwDgnConvertItemExEntryName)(item, &options, &database);
     if (report != nullptr) *report = ConvertReport(item);
-    BindDgnEntryPointOnce(g_closeItem, "DGNCloseItem")(item);
-    BindDgnEntryPointOnce(g_closeFile, "DGNCloseFile")(file);
+    BindDgnEntryPointOnce(g_closeItem, kPwDgnCloseItemEntryName)(item);
+    BindDgnEntryPointOnce(g_closeFile, kPwDgnCloseFileEntryName)(file);
     if (status != Plotwright::StatusOk) throw lode::PlotwrightException(status);
 }
 
@@ -110,16 +104,16 @@ void Translate(const wstring& path, const wstring& modelName, PwDbDatabase& data
 std::vector<wstring> GetModelViewNamesFromDGN(const wstring& path) {
     void* file = LoadDgnFile(path);
     std::vector<wstring> names;
-    const uint32_t count = BindDgnEntryPointOnce(g_getItemCount, "DGNGetItemCount")(file);
-    const GetItemEntry getItem = BindDgnEntryPointOnce(g_getItem, "DGNGetItem");
-    const CloseItemEntry closeItem = BindDgnEntryPointOnce(g_closeItem, "DGNCloseItem");
+    const uint32_t count = BindDgnEntryPointOnce(g_getItemCount, kPwDgnGetItemCountEntryName)(file);
+    const PwDgnGetItemEntry getItem = BindDgnEntryPointOnce(g_getItem, kPwDgnGetItemEntryName);
+    const PwDgnCloseItemEntry closeItem = BindDgnEntryPointOnce(g_closeItem, kPwDgnCloseItemEntryName);
     for (uint32_t index = 0; index < count; ++index) {
         void* item = getItem(file, index);
         wstring name;
         if (GetDgnItemName(item, name) == Plotwright::StatusOk) names.push_back(std::move(name));
         closeItem(item);
     }
-    BindDgnEntryPointOnce(g_closeFile, "DGNCloseFile")(file);
+    BindDgnEntryPointOnce(g_closeFile, kPwDgnCloseFileEntryName)(file);
     return names;
 }
 

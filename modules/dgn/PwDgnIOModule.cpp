@@ -21,6 +21,7 @@
 #include "toolkit/dgn/PwDbDgnConvertOptions.h"
 #include "toolkit/dgn/PwDbDgnConvertReport.h"
 #include "toolkit/dgn/PwDbDgnRefFileData.h"
+#include "toolkit/dgn/PwDgnIOEntryPoints.h"
 #include "toolkit/rx/PwRxModules.h"
 
 using Plotwright::ErrorStatus;

@@ -7,6 +7,7 @@
 #include "toolkit/dgn/PwDbDgnReferences.h"
 #include "toolkit/rx/PwRxClass.h"
 #include "toolkit/rx/PwRxModules.h"
+#include "toolkit/dgn/PwDgnIOEntryPoints.h"
 
 namespace dgntest {
 

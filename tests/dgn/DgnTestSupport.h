@@ -20,6 +20,7 @@
 #include "toolkit/dgn/PwDbDgnConvertOptions.h"
 #include "toolkit/dgn/PwDbDgnConvertReport.h"
 #include "toolkit/dgn/PwDbDgnRefFileData.h"
+#include "toolkit/dgn/PwDgnIOEntryPoints.h"
 #include "tools/dgnwriter/DgnV7Writer.h"
 
 namespace dgntest {
@@ -42,18 +43,16 @@ using lodeqdbtest::ScopedRootFolder;
 
 /// The module's entries, bound through pwrxServiceSymbol after loading "PwDgnIO.qdb".
 struct DgnModule {
-    bool (*isDgnFile)(const PwString&) = nullptr;
-    void* (*loadFile)(const char16_t*, int, uint32_t, int) = nullptr;
-    void (*closeFile)(void*) = nullptr;
-    uint32_t (*getItemCount)(void*) = nullptr;
-    void* (*getItem)(void*, uint32_t) = nullptr;
-    void (*closeItem)(void*) = nullptr;
-    Plotwright::ErrorStatus (*getItemName)(void*, PwString*) = nullptr;
-    Plotwright::ErrorStatus (*convertItemEx)(void*, PwDbDgnConvertOptions*,
-                                             PwDbDatabase*) = nullptr;
-    Plotwright::ErrorStatus (*getFileReferences)(const char16_t*, const char16_t*,
-                                                 PwArray<PwDbDgnRefFileData*>&) = nullptr;
-    PwDbDgnGetConvertReportFunction getConvertReport = nullptr;
+    PwDgnIsDgnFileEntry isDgnFile = nullptr;
+    PwDgnLoadFileEntry loadFile = nullptr;
+    PwDgnCloseFileEntry closeFile = nullptr;
+    PwDgnGetItemCountEntry getItemCount = nullptr;
+    PwDgnGetItemEntry getItem = nullptr;
+    PwDgnCloseItemEntry closeItem = nullptr;
+    PwDgnGetItemNameEntry getItemName = nullptr;
+    PwDgnConvertItemExEntry convertItemEx = nullptr;
+    PwDgnGetFileReferencesEntry getFileReferences = nullptr;
+    PwDgnGetConvertReportEntry getConvertReport = nullptr;
 
     /// Loads the module and binds every entry; false (with a test failure) when any is missing.
     bool bind();

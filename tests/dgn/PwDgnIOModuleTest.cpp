@@ -11,6 +11,7 @@
 #include "toolkit/db/PwDbObjectPointer.h"
 #include "toolkit/dgn/PwDbDgnReferences.h"
 #include "toolkit/rx/PwRxModules.h"
+#include "toolkit/dgn/PwDgnIOEntryPoints.h"
 
 namespace {
 

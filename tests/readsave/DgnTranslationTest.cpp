@@ -22,6 +22,8 @@
 #include "toolkit/db/PwDbObjectPointer.h"
 #include "toolkit/db/PwDbText.h"
 #include "toolkit/dgn/PwDbDgnRefFileRepath.h"
+#include "toolkit/dgn/PwDbDgnReferences.h"
+#include "toolkit/dgn/PwDgnIOEntryPoints.h"
 #include "toolkit/rx/PwRxModules.h"
 #include "toolkit/underlay/PwDbUnderlayDefinition.h"
 #include "toolkit/underlay/PwDbUnderlayReference.h"
@@ -69,14 +71,20 @@ TEST_F(DgnTranslationTest, TheModuleStaysWhileTheLibraryHoldsItsEntries) {
     const wstring site = WriteSite("site.dgn", false);
     ASSERT_TRUE(LodeQDBUtil::IsDGNFile(site));
     ASSERT_EQ(LodeQDBUtil::GetModelViewNamesFromDGN(site), std::vector<wstring>{u"Default"});
-    EXPECT_FALSE(pwrxUnloadModule(LodeQDBUtil::kDgnModuleName));
-    EXPECT_TRUE(pwrxIsModuleLoaded(LodeQDBUtil::kDgnModuleName));
+    EXPECT_FALSE(pwrxUnloadModule(kPwDgnModuleName));
+    EXPECT_TRUE(pwrxIsModuleLoaded(kPwDgnModuleName));
     EXPECT_TRUE(LodeQDBUtil::IsDGNFile(site));
     EXPECT_EQ(LodeQDBUtil::GetModelViewNamesFromDGN(site), std::vector<wstring>{u"Default"});
     ScopedRootFolder root(Path("root"));
     PwDbDatabase drawing(false, true);
     LodeQDBUtil::ReadDGNToPlwDatabase(site, u"", drawing);
     EXPECT_FALSE(Entities(drawing.modelSpaceId()).empty());
+    // The toolkit's own call into the module binds the same way and pins it too.
+    PwArray<PwDbDgnRefFileData*> references(0, 4);
+    EXPECT_EQ(pwdbGetDgnFileReferences(site.c_str(), nullptr, references), Plotwright::StatusOk);
+    pwdbDeleteDgnFileReferences(references);
+    EXPECT_FALSE(pwrxUnloadModule(kPwDgnModuleName));
+    EXPECT_TRUE(LodeQDBUtil::IsDGNFile(site));
 }
 
 TEST_F(DgnTranslationTest, FilesThatAreNoV7DesignFilesAreInvalidFormat) {

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include "identification/FileFormat.h"
 #include "lodeutil/FileSystem.h"
 #include "support/TempFolderTest.h"
 #include "toolkit/db/PwDbAuthoring.h"

@@ -18,6 +18,7 @@
 #include "toolkit/db/PwDbHostApplicationServices.h"
 #include "toolkit/dgn/PwDbDgnRefFileRepath.h"
 #include "toolkit/rx/PwRxModules.h"
+#include "toolkit/dgn/PwDgnIOEntryPoints.h"
 
 namespace {
 
@@ -65,9 +66,9 @@ class ScopedRootFolder {
 
 TEST(DgnBinding, TheModuleIsLoadedOnTheFirstQuestionWithANSWERINGModule) {
     RequireStandIn("answering");
-    EXPECT_FALSE(pwrxIsModuleLoaded(LodeQDBUtil::kDgnModuleName));
+    EXPECT_FALSE(pwrxIsModuleLoaded(kPwDgnModuleName));
     EXPECT_TRUE(LodeQDBUtil::IsDGNFile(u"/srv/site.dgn"));
-    EXPECT_TRUE(pwrxIsModuleLoaded(LodeQDBUtil::kDgnModuleName));
+    EXPECT_TRUE(pwrxIsModuleLoaded(kPwDgnModuleName));
     EXPECT_FALSE(LodeQDBUtil::IsDGNFile(u"/srv/site.plw"));
 }
 
@@ -128,7 +129,7 @@ TEST(DgnBinding, AFaultingProbeAnswersFalseWithFAULTINGModule) {
 TEST(DgnBinding, AModuleWithoutTheProbeIsAnInkstoneErrorWithNO_ENTRYModule) {
     RequireStandIn("no-entry");
     EXPECT_THROW(LodeQDBUtil::IsDGNFile(u"/srv/site.dgn"), lode::InkstoneError);
-    EXPECT_TRUE(pwrxIsModuleLoaded(LodeQDBUtil::kDgnModuleName));
+    EXPECT_TRUE(pwrxIsModuleLoaded(kPwDgnModuleName));
 }
 
 TEST(DgnBinding, AMissingModuleIsAnInkstoneErrorNotAnAnswerWithMISSINGModule) {

@@ -310,6 +310,24 @@ TEST_F(PwRxModules, APinnedModuleStaysLoaded) {
     EXPECT_EQ(answer(), 9);
 }
 
+// Binding an entry is the one way the toolkit and the library keep a module's addresses: it
+// pins the module, so the entry can't dangle, and it finds only the module's own exports.
+TEST_F(PwRxModules, BindingAnEntryPinsItsModule) {
+    constexpr char16_t kPinnedModule[] = u"PwTestPinned.qmx";
+    EXPECT_EQ(pwrxBindModuleEntry(u"PwNoSuchModule.qmx", "pwTestPinnedAnswer"), nullptr);
+    ASSERT_TRUE(pwrxLoadModule(kPinnedModule));
+    EXPECT_EQ(pwrxBindModuleEntry(kPinnedModule, "pwNoSuchFunction"), nullptr);
+    EXPECT_EQ(pwrxBindModuleEntry(kPinnedModule, "malloc"), nullptr);
+    EXPECT_EQ(pwrxBindModuleEntry(kPinnedModule, nullptr), nullptr);
+    using AnswerFunction = int (*)();
+    const auto answer = reinterpret_cast<AnswerFunction>(
+        pwrxBindModuleEntry(kPinnedModule, "pwTestPinnedAnswer"));
+    ASSERT_NE(answer, nullptr);
+    EXPECT_FALSE(pwrxUnloadModule(kPinnedModule));
+    EXPECT_TRUE(pwrxIsModuleLoaded(kPinnedModule));
+    EXPECT_EQ(answer(), 9);
+}
+
 TEST_F(PwRxModules, ConcurrentLoadsAndUnloadsStayConsistent) {
     constexpr int kThreads = 4;
     constexpr int kRounds = 25;

@@ -27,13 +27,3 @@ struct PwDbDgnConvertReportRow {
     /// Entities made, or elements (for kPwDbDgnUnreadableBytes: bytes) skipped.
     uint32_t count;
 };
-
-/// The module's "DGNGetConvertReport": copies up to `capacity` rows of `item`'s last
-/// conversion into `rows` (translated rows first, by element type, then skipped rows) and
-/// sets `*rowCount` to the number of rows there are. No conversion yet gives 0 rows.
-/// StatusInvalidInput for an item that isn't open or a null `rowCount`; `rows` may be null
-/// when `capacity` is 0.
-using PwDbDgnGetConvertReportFunction = Plotwright::ErrorStatus (*)(void* item,
-                                                                    PwDbDgnConvertReportRow* rows,
-                                                                    uint32_t capacity,
-                                                                    uint32_t* rowCount);

@@ -1,20 +1,32 @@
-// Reading a design file's attachments through the DGN module, bound by name at every call: the
-// module may be unloaded between calls.
+// Reading a design file's attachments through the DGN module: loaded on the first call, its
+// entry bound once (binding pins the module, so the address stays callable).
 #include "toolkit/dgn/PwDbDgnReferences.h"
 
+#include <atomic>
+
+#include "toolkit/dgn/PwDgnIOEntryPoints.h"
 #include "toolkit/rx/PwRxModules.h"
+
+namespace {
+
+std::atomic<PwDgnGetFileReferencesEntry> g_getFileReferences{nullptr};
+
+}  // namespace
 
 Plotwright::ErrorStatus pwdbGetDgnFileReferences(const char16_t* fileName, const char16_t* unused,
                                                  PwArray<PwDbDgnRefFileData*>& references) {
     if (fileName == nullptr || fileName[0] == u'\0') return Plotwright::StatusInvalidInput;
-    if (!pwrxIsModuleLoaded(kPwDgnModuleName) && !pwrxLoadModule(kPwDgnModuleName, false, true))
-        return Plotwright::StatusModuleNotFound;
-    auto read = reinterpret_cast<PwDbDgnGetFileReferencesFunction>(
-        LodeUtil::Module::Symbol(pwrxModuleHandle(kPwDgnModuleName), kPwDbDgnReferencesEntry));
-    if (read == nullptr) return Plotwright::StatusModuleNotFound;
+    PwDgnGetFileReferencesEntry read = g_getFileReferences.load(std::memory_order_acquire);
+    if (read == nullptr) {
+        if (!pwrxIsModuleLoaded(kPwDgnModuleName) && !pwrxLoadModule(kPwDgnModuleName, false, true))
+            return Plotwright::StatusModuleNotFound;
+        read = reinterpret_cast<PwDgnGetFileReferencesEntry>(
+            pwrxBindModuleEntry(kPwDgnModuleName, kPwDgnGetFileReferencesEntryName));
+        if (read == nullptr) return Plotwright::StatusModuleNotFound;
+        g_getFileReferences.store(read, std::memory_order_release);
+    }
     return read(fileName, unused, references);
 }
-
 void pwdbDeleteDgnFileReferences(PwArray<PwDbDgnRefFileData*>& references) {
     for (size_t i = 0; i < references.length(); ++i) delete references[i];
     references.removeAll();

@@ -1,5 +1,6 @@
 // The reference file attachments of a DGN design file, read by the DGN module "PwDgnIO.qdb",
-// which is loaded on the first call; the toolkit links no DGN code of its own.
+// which is loaded on the first call (see PwDgnIOEntryPoints.h); the toolkit links no DGN code
+// of its own.
 //
 //   PwArray<PwDbDgnRefFileData*> references(0, 8);
 //   if (pwdbGetDgnFileReferences(u"/srv/site.dgn", nullptr, references) == Plotwright::StatusOk) {
@@ -11,17 +12,6 @@
 #include "toolkit/core/PwArray.h"
 #include "toolkit/core/PwErrorStatus.h"
 #include "toolkit/dgn/PwDbDgnRefFileData.h"
-
-/// The DGN module's file name and the service it registers.
-inline constexpr char16_t kPwDgnModuleName[] = u"PwDgnIO.qdb";
-inline constexpr char16_t kPwDgnServiceName[] = u"PwDgnIO";
-
-/// The name of the module's entry that reads a file's references.
-inline constexpr char kPwDbDgnReferencesEntry[] = "DGNGetFileReferences";
-
-/// The entry's type: the DGN file, a text the toolkit passes as null, the array to fill.
-using PwDbDgnGetFileReferencesFunction = Plotwright::ErrorStatus (*)(
-    const char16_t* path, const char16_t* unused, PwArray<PwDbDgnRefFileData*>& references);
 
 /// Appends one new record per reference attachment of the DGN V7 design file `fileName` to
 /// `references`, in file order; the caller owns them (delete each, or call

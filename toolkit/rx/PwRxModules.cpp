@@ -225,6 +225,20 @@ bool pwrxPinModule(const char16_t* moduleName) {
     return true;
 }
 
+void* pwrxBindModuleEntry(const char16_t* moduleName, const char* entryName) {
+    if (entryName == nullptr) return nullptr;
+    const wstring path = modulePath(moduleName);
+    if (path.empty()) return nullptr;
+    ModuleRegistry& modules = registry();
+    std::lock_guard<std::recursive_mutex> lock(modules.mutex);
+    const auto found = modules.find(path);
+    if (found == modules.modules.end() || found->second.state != ModuleState::Loaded)
+        return nullptr;
+    void* address = ownSymbol(found->second.handle, entryName);
+    if (address != nullptr) found->second.pinned = true;
+    return address;
+}
+
 bool pwrxIsModuleLoaded(const char16_t* moduleName) {
     return pwrxModuleHandle(moduleName) != nullptr;
 }

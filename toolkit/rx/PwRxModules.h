@@ -71,6 +71,13 @@ bool pwrxUnloadModule(const char16_t* moduleName);
 /// name is loaded (or it is still initializing).
 bool pwrxPinModule(const char16_t* moduleName);
 
+/// The address of the entry `entryName` that the loaded module `moduleName` exports: the one
+/// way the toolkit and the library bind a module's functions. The module is pinned before the
+/// address is handed out, so a bound entry stays callable for the rest of the process. Null
+/// when the module isn't loaded (or still initializing) or lacks the entry; then nothing is
+/// pinned.
+void* pwrxBindModuleEntry(const char16_t* moduleName, const char* entryName);
+
 /// True when the module of that name (resolved as pwrxLoadModule does, or another path that
 /// pwrxLoadModule found to reach the same file) is loaded and initialized.
 bool pwrxIsModuleLoaded(const char16_t* moduleName);
