@@ -11,11 +11,11 @@
 #include <map>
 #include <string>
 
-#include "lodeutil/Utf.h"
-#include "readsave/ReadIntoDatabase.h"
-#include "service/TreeWalks.h"
+#include <lodeqdb/lodeutil/Utf.h>
+#include <lodeqdb/readsave/ReadIntoDatabase.h>
+#include <lodeqdb/service/TreeWalks.h>
 #include "support/ReferenceTrees.h"
-#include "toolkit/db/PwDbDatabase.h"
+#include <lodeqdb/toolkit/db/PwDbDatabase.h>
 
 namespace {
 

@@ -6,9 +6,9 @@
 #include <filesystem>
 #include <string>
 
-#include "lodeutil/Utf.h"
-#include "readsave/DgnTranslation.h"
-#include "toolkit/db/PwDbDatabase.h"
+#include <lodeqdb/lodeutil/Utf.h>
+#include <lodeqdb/readsave/DgnTranslation.h>
+#include <lodeqdb/toolkit/db/PwDbDatabase.h>
 #include "tools/dgnwriter/DgnV7Writer.h"
 
 namespace {

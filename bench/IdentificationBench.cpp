@@ -10,9 +10,9 @@
 #include <string>
 #include <vector>
 
-#include "identification/CreatorKind.h"
-#include "lodeutil/Utf.h"
-#include "toolkit/db/PwDbAuthoring.h"
+#include <lodeqdb/identification/CreatorKind.h>
+#include <lodeqdb/lodeutil/Utf.h>
+#include <lodeqdb/toolkit/db/PwDbAuthoring.h>
 
 namespace {
 

@@ -4,11 +4,11 @@
 
 #include <memory>
 
-#include "toolkit/db/PwDbAuthoring.h"
-#include "toolkit/db/PwDbBlockReference.h"
-#include "toolkit/db/PwDbBlockTable.h"
-#include "toolkit/db/PwDbCurves.h"
-#include "toolkit/db/PwDbObjectPointer.h"
+#include <lodeqdb/toolkit/db/PwDbAuthoring.h>
+#include <lodeqdb/toolkit/db/PwDbBlockReference.h>
+#include <lodeqdb/toolkit/db/PwDbBlockTable.h>
+#include <lodeqdb/toolkit/db/PwDbCurves.h>
+#include <lodeqdb/toolkit/db/PwDbObjectPointer.h>
 #include "toolkit/db/PwDbStub.h"
 
 namespace {

@@ -3,10 +3,10 @@
 
 #include <memory>
 
-#include "toolkit/db/PwDbAuthoring.h"
-#include "toolkit/db/PwDbBlockTable.h"
-#include "toolkit/db/PwDbCurves.h"
-#include "toolkit/db/PwDbObjectPointer.h"
+#include <lodeqdb/toolkit/db/PwDbAuthoring.h>
+#include <lodeqdb/toolkit/db/PwDbBlockTable.h>
+#include <lodeqdb/toolkit/db/PwDbCurves.h>
+#include <lodeqdb/toolkit/db/PwDbObjectPointer.h>
 
 namespace {
 

@@ -8,11 +8,11 @@
 #include <string>
 #include <vector>
 
-#include "lodeutil/Utf.h"
-#include "toolkit/db/PwDbAuthoring.h"
-#include "toolkit/db/PwDbBlockTable.h"
-#include "toolkit/db/PwDbCurves.h"
-#include "toolkit/db/PwDbObjectPointer.h"
+#include <lodeqdb/lodeutil/Utf.h>
+#include <lodeqdb/toolkit/db/PwDbAuthoring.h>
+#include <lodeqdb/toolkit/db/PwDbBlockTable.h>
+#include <lodeqdb/toolkit/db/PwDbCurves.h>
+#include <lodeqdb/toolkit/db/PwDbObjectPointer.h>
 
 namespace {
 

@@ -11,17 +11,17 @@
 #include <string>
 #include <vector>
 
-#include "lodeutil/Utf.h"
-#include "readsave/ReadIntoDatabase.h"
-#include "service/TreeWalks.h"
-#include "toolkit/db/PwDbAuthoring.h"
-#include "toolkit/db/PwDbDatabase.h"
-#include "toolkit/image/PwDbImageAuthoring.h"
-#include "toolkit/underlay/PwDbUnderlayAuthoring.h"
-#include "toolkit/underlay/PwDbUnderlayDefinition.h"
-#include "toolkit/xref/PwDbXrefAuthoring.h"
-#include "toolkit/xref/PwDbXrefGraph.h"
-#include "toolkit/xref/PwDbXrefs.h"
+#include <lodeqdb/lodeutil/Utf.h>
+#include <lodeqdb/readsave/ReadIntoDatabase.h>
+#include <lodeqdb/service/TreeWalks.h>
+#include <lodeqdb/toolkit/db/PwDbAuthoring.h>
+#include <lodeqdb/toolkit/db/PwDbDatabase.h>
+#include <lodeqdb/toolkit/image/PwDbImageAuthoring.h>
+#include <lodeqdb/toolkit/underlay/PwDbUnderlayAuthoring.h>
+#include <lodeqdb/toolkit/underlay/PwDbUnderlayDefinition.h>
+#include <lodeqdb/toolkit/xref/PwDbXrefAuthoring.h>
+#include <lodeqdb/toolkit/xref/PwDbXrefGraph.h>
+#include <lodeqdb/toolkit/xref/PwDbXrefs.h>
 
 namespace {
 

@@ -3,8 +3,8 @@
 
 #include <cstdint>
 
-#include "toolkit/core/PwArray.h"
-#include "toolkit/core/PwString.h"
+#include <lodeqdb/toolkit/core/PwArray.h>
+#include <lodeqdb/toolkit/core/PwString.h>
 
 namespace {
 

@@ -1,7 +1,7 @@
 // Cost of the string order used to match names: plain, natural, case-folded.
 #include <benchmark/benchmark.h>
 
-#include "lodeutil/Strings.h"
+#include <lodeqdb/lodeutil/Strings.h>
 
 namespace {
 

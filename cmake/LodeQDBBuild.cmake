@@ -34,8 +34,7 @@ function(lodeqdb_warnings target)
     target_compile_options(${target} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
 endfunction()
 
-# A shared library of ours: strict warnings, versioned, position independent, and its
-# headers reachable from the source tree's root as "folder/Header.h".
+# A shared library of ours: strict warnings, versioned, position independent.
 function(lodeqdb_configure_library target)
     lodeqdb_warnings(${target})
     set_target_properties(${target} PROPERTIES
@@ -44,18 +43,21 @@ function(lodeqdb_configure_library target)
         POSITION_INDEPENDENT_CODE ON)
 endfunction()
 
-# Adds the headers of one source folder to a library's installed header set.
-# Paths stay relative to the source root, so "lodeutil/Path.h" is included the same way
-# inside the tree and from an installed package.
+# Adds headers of the public interface to a library's installed header set. They live under
+# include/lodeqdb/ and are included as <lodeqdb/folder/Header.h>, in the tree and from an
+# installed package alike.
 function(lodeqdb_public_headers target)
-    target_sources(${target} PUBLIC FILE_SET HEADERS BASE_DIRS "${PROJECT_SOURCE_DIR}"
+    target_sources(${target} PUBLIC FILE_SET HEADERS BASE_DIRS "${PROJECT_SOURCE_DIR}/include"
                    FILES ${ARGN})
 endfunction()
 
-# Adds the sources and public headers of one folder (flat, no subfolders) to a target.
+# Adds one folder to a target: its sources (folder/*.cpp, flat), and its public headers
+# (include/lodeqdb/folder/*.h). The folder's other headers are internal: reachable from the
+# source root as "folder/Header.h" by what is built here, never installed.
 function(lodeqdb_add_folder target folder)
     file(GLOB folder_sources CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/${folder}/*.cpp")
-    file(GLOB folder_headers CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/${folder}/*.h")
+    file(GLOB folder_headers CONFIGURE_DEPENDS
+         "${PROJECT_SOURCE_DIR}/include/lodeqdb/${folder}/*.h")
     if(folder_sources)
         target_sources(${target} PRIVATE ${folder_sources})
     endif()

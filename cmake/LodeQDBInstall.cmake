@@ -2,14 +2,13 @@
 # exports a CMake package: find_package(LodeQDB) then link LodeQDB::LodeQDB.
 include(CMakePackageConfigHelpers)
 
-set(LODEQDB_INCLUDE_DIR "${CMAKE_INSTALL_INCLUDEDIR}/lodeqdb")
-
+# Only the public interface is installed: the headers under include/lodeqdb/, each library's
+# file set, included by clients as <lodeqdb/...>.
 install(TARGETS lode_util pwdb LodeQDB
     EXPORT LodeQDBTargets
     LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}"
-    FILE_SET HEADERS DESTINATION "${LODEQDB_INCLUDE_DIR}"
-    FILE_SET umbrella DESTINATION "${LODEQDB_INCLUDE_DIR}"
-    INCLUDES DESTINATION "${LODEQDB_INCLUDE_DIR}")
+    FILE_SET HEADERS DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}"
+    INCLUDES DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}")
 
 install(EXPORT LodeQDBTargets
     NAMESPACE LodeQDB::
@@ -17,7 +16,8 @@ install(EXPORT LodeQDBTargets
 
 configure_package_config_file(cmake/LodeQDBConfig.cmake.in
     "${PROJECT_BINARY_DIR}/LodeQDBConfig.cmake"
-    INSTALL_DESTINATION "${CMAKE_INSTALL_LIBDIR}/cmake/LodeQDB")
+    INSTALL_DESTINATION "${CMAKE_INSTALL_LIBDIR}/cmake/LodeQDB"
+    PATH_VARS CMAKE_INSTALL_INCLUDEDIR)
 write_basic_package_version_file("${PROJECT_BINARY_DIR}/LodeQDBConfigVersion.cmake"
     COMPATIBILITY SameMajorVersion)
 install(FILES "${PROJECT_BINARY_DIR}/LodeQDBConfig.cmake"

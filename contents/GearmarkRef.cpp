@@ -1,10 +1,10 @@
-#include "contents/GearmarkRef.h"
+#include <lodeqdb/contents/GearmarkRef.h>
 
-#include "platform/ThrowLodeExceptionOnFile.h"
-#include "readsave/ReadIntoDatabase.h"
-#include "toolkit/core/PwString.h"
-#include "toolkit/db/PwDbDatabase.h"
-#include "toolkit/modeldoc/PwModelDocObjUtil.h"
+#include <lodeqdb/platform/ThrowLodeExceptionOnFile.h>
+#include <lodeqdb/readsave/ReadIntoDatabase.h>
+#include <lodeqdb/toolkit/core/PwString.h>
+#include <lodeqdb/toolkit/db/PwDbDatabase.h>
+#include <lodeqdb/toolkit/modeldoc/PwModelDocObjUtil.h>
 
 namespace LodeQDBUtil::GearmarkRef {
 

@@ -1,16 +1,16 @@
-#include "contents/Layers.h"
+#include <lodeqdb/contents/Layers.h>
 
 #include <memory>
 
-#include "lodeutil/Strings.h"
-#include "platform/LodeExceptions.h"
-#include "platform/ThrowLodeExceptionOnFile.h"
-#include "readsave/ReadIntoDatabase.h"
-#include "toolkit/core/PwString.h"
-#include "toolkit/core/PwStringBuffer.h"
-#include "toolkit/db/PwDbDatabase.h"
-#include "toolkit/db/PwDbLayerTable.h"
-#include "toolkit/db/PwDbObjectPointer.h"
+#include <lodeqdb/lodeutil/Strings.h>
+#include <lodeqdb/platform/LodeExceptions.h>
+#include <lodeqdb/platform/ThrowLodeExceptionOnFile.h>
+#include <lodeqdb/readsave/ReadIntoDatabase.h>
+#include <lodeqdb/toolkit/core/PwString.h>
+#include <lodeqdb/toolkit/core/PwStringBuffer.h>
+#include <lodeqdb/toolkit/db/PwDbDatabase.h>
+#include <lodeqdb/toolkit/db/PwDbLayerTable.h>
+#include <lodeqdb/toolkit/db/PwDbObjectPointer.h>
 
 namespace LodeQDBUtil::Layer {
 

@@ -1,14 +1,14 @@
-#include "contents/Layouts.h"
+#include <lodeqdb/contents/Layouts.h>
 
 #include <algorithm>
 #include <memory>
 
-#include "lodeutil/Strings.h"
-#include "platform/ObjectPointer.h"
-#include "toolkit/db/PwDbDatabase.h"
-#include "toolkit/db/PwDbDictionary.h"
-#include "toolkit/db/PwDbLayout.h"
-#include "toolkit/db/PwDbSymbolUtilities.h"
+#include <lodeqdb/lodeutil/Strings.h>
+#include <lodeqdb/platform/ObjectPointer.h>
+#include <lodeqdb/toolkit/db/PwDbDatabase.h>
+#include <lodeqdb/toolkit/db/PwDbDictionary.h>
+#include <lodeqdb/toolkit/db/PwDbLayout.h>
+#include <lodeqdb/toolkit/db/PwDbSymbolUtilities.h>
 
 namespace LodeQDBUtil::Layout {
 

@@ -6,11 +6,11 @@
 #include <cstdio>
 #include <string>
 
-#include "identification/AppInfo.h"
-#include "identification/CreatorKind.h"
-#include "identification/PropertySet.h"
-#include "lodeutil/Utf.h"
-#include "platform/LodeExceptions.h"
+#include <lodeqdb/identification/AppInfo.h>
+#include <lodeqdb/identification/CreatorKind.h>
+#include <lodeqdb/identification/PropertySet.h>
+#include <lodeqdb/lodeutil/Utf.h>
+#include <lodeqdb/platform/LodeExceptions.h>
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     // The reader reads files, so each input becomes one.

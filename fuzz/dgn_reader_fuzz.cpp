@@ -9,7 +9,7 @@
 #include "modules/dgn/DgnV7Attachments.h"
 #include "modules/dgn/DgnV7DesignFile.h"
 #include "modules/dgn/DgnV7Translator.h"
-#include "toolkit/db/PwDbDatabase.h"
+#include <lodeqdb/toolkit/db/PwDbDatabase.h>
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     std::vector<uint8_t> bytes(data, data + size);

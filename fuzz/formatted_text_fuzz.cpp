@@ -5,8 +5,8 @@
 #include <cstdlib>
 #include <vector>
 
-#include "toolkit/core/PwStringBuffer.h"
-#include "toolkit/table/PwDbFormattedText.h"
+#include <lodeqdb/toolkit/core/PwStringBuffer.h>
+#include <lodeqdb/toolkit/table/PwDbFormattedText.h>
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     // Exactly as long as the input: the terminating zero is the last unit, so that a read past

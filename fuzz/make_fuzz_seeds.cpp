@@ -2,10 +2,10 @@
 #include <cstdio>
 #include <string>
 
-#include "lodeutil/Utf.h"
-#include "toolkit/db/PwDbAuthoring.h"
+#include <lodeqdb/lodeutil/Utf.h>
+#include <lodeqdb/toolkit/db/PwDbAuthoring.h>
 #include "toolkit/file/PwDbDrawingImage.h"
-#include "toolkit/table/PwDbTableAuthoring.h"
+#include <lodeqdb/toolkit/table/PwDbTableAuthoring.h>
 
 namespace {
 

@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <string_view>
 
-#include "toolkit/db/PwDbDatabase.h"
+#include <lodeqdb/toolkit/db/PwDbDatabase.h>
 #include "toolkit/file/PwDbDrawingImage.h"
 #include "toolkit/file/PwDbPlwCodec.h"
 

@@ -2,8 +2,8 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "identification/CreatorKind.h"
-#include "identification/PropertySet.h"
+#include <lodeqdb/identification/CreatorKind.h>
+#include <lodeqdb/identification/PropertySet.h>
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     wstring text;

@@ -8,7 +8,7 @@
 #include <string>
 #include <string_view>
 
-#include "toolkit/db/PwDbDatabase.h"
+#include <lodeqdb/toolkit/db/PwDbDatabase.h>
 #include "toolkit/file/PwDbDrawingImage.h"
 #include "toolkit/file/PwDbPlwCodec.h"
 #include "toolkit/file/PwDbPlxCodec.h"

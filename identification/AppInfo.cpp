@@ -1,8 +1,10 @@
-#include "identification/AppInfo.h"
+#include <lodeqdb/identification/AppInfo.h>
 
 #include <memory>
 
-#include "identification/HeaderVersion.h"
+#include "identification/BufferedFile.h"
+
+#include <lodeqdb/identification/HeaderVersion.h>
 
 namespace LodeQDBUtil {
 

@@ -1,17 +1,17 @@
-#include "identification/CreatorKind.h"
+#include <lodeqdb/identification/CreatorKind.h>
 
-#include "identification/AppInfo.h"
-#include "identification/PropertySet.h"
-#include "lodeutil/Strings.h"
-#include "platform/LodeExceptions.h"
-#include "platform/ThrowLodeExceptionOnFile.h"
-#include "readsave/ReadIntoDatabase.h"
-#include "toolkit/db/PwDbBlockTable.h"
-#include "toolkit/db/PwDbDatabase.h"
-#include "toolkit/db/PwDbDictionary.h"
-#include "toolkit/db/PwDbHostApplicationServices.h"
-#include "toolkit/db/PwDbObjectPointer.h"
-#include "toolkit/db/PwDbProxyObject.h"
+#include <lodeqdb/identification/AppInfo.h>
+#include <lodeqdb/identification/PropertySet.h>
+#include <lodeqdb/lodeutil/Strings.h>
+#include <lodeqdb/platform/LodeExceptions.h>
+#include <lodeqdb/platform/ThrowLodeExceptionOnFile.h>
+#include <lodeqdb/readsave/ReadIntoDatabase.h>
+#include <lodeqdb/toolkit/db/PwDbBlockTable.h>
+#include <lodeqdb/toolkit/db/PwDbDatabase.h>
+#include <lodeqdb/toolkit/db/PwDbDictionary.h>
+#include <lodeqdb/toolkit/db/PwDbHostApplicationServices.h>
+#include <lodeqdb/toolkit/db/PwDbObjectPointer.h>
+#include <lodeqdb/toolkit/db/PwDbProxyObject.h>
 
 namespace LodeQDBUtil {
 

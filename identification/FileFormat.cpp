@@ -1,8 +1,8 @@
-#include "identification/FileFormat.h"
+#include <lodeqdb/identification/FileFormat.h>
 
-#include "platform/ThrowLodeExceptionOnFile.h"
-#include "readsave/ReadIntoDatabase.h"
-#include "toolkit/db/PwDbDatabase.h"
+#include <lodeqdb/platform/ThrowLodeExceptionOnFile.h>
+#include <lodeqdb/readsave/ReadIntoDatabase.h>
+#include <lodeqdb/toolkit/db/PwDbDatabase.h>
 
 namespace LodeQDBUtil {
 

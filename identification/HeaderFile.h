@@ -1,7 +1,7 @@
 // The header reader's files: opened for reading, others allowed to read, never created.
 #pragma once
 
-#include "toolkit/pal/PwFileIO.h"
+#include <lodeqdb/toolkit/pal/PwFileIO.h>
 
 namespace LodeQDBUtil {
 

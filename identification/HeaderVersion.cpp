@@ -1,4 +1,4 @@
-#include "identification/HeaderVersion.h"
+#include <lodeqdb/identification/HeaderVersion.h>
 
 #include <algorithm>
 #include <cstring>

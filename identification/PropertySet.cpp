@@ -1,4 +1,4 @@
-#include "identification/PropertySet.h"
+#include <lodeqdb/identification/PropertySet.h>
 
 #include <cstdio>
 #include <ctime>

@@ -1,5 +1,5 @@
 // Lexical normalisation of paths, and comparison that folds case for Windows form through ICU.
-#include "lodeutil/AbsoluteFilePath.h"
+#include <lodeqdb/lodeutil/AbsoluteFilePath.h>
 
 #include <climits>
 #include <cstddef>
@@ -8,9 +8,9 @@
 #include <utility>
 #include <vector>
 
-#include "lodeutil/FileSystem.h"
-#include "lodeutil/Path.h"
-#include "lodeutil/Strings.h"
+#include <lodeqdb/lodeutil/FileSystem.h>
+#include <lodeqdb/lodeutil/Path.h>
+#include <lodeqdb/lodeutil/Strings.h>
 
 namespace LodeUtil {
 namespace {

@@ -1,5 +1,5 @@
 // The counted UTF-16 string: one block holding the length, the text and a terminating zero.
-#include "lodeutil/BStr.h"
+#include <lodeqdb/lodeutil/BStr.h>
 
 #include <cstdlib>
 #include <cstring>

@@ -1,5 +1,5 @@
 // File existence and directory making over stat, mkdir and getcwd, reached through one seam.
-#include "lodeutil/FileSystem.h"
+#include <lodeqdb/lodeutil/FileSystem.h>
 
 #include <sys/stat.h>
 #include <sys/types.h>
@@ -10,8 +10,8 @@
 #include <stdexcept>
 #include <utility>
 
-#include "lodeutil/Path.h"
-#include "lodeutil/Utf.h"
+#include <lodeqdb/lodeutil/Path.h>
+#include <lodeqdb/lodeutil/Utf.h>
 
 namespace LodeUtil {
 namespace detail {

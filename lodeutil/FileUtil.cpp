@@ -1,11 +1,11 @@
 // Extension tests: an ASCII-only case fold against short fixed lists.
-#include "lodeutil/FileUtil.h"
+#include <lodeqdb/lodeutil/FileUtil.h>
 
 #include <algorithm>
 #include <array>
 #include <string_view>
 
-#include "lodeutil/Path.h"
+#include <lodeqdb/lodeutil/Path.h>
 
 namespace LodeUtil {
 namespace FileUtil {

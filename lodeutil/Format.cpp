@@ -1,5 +1,5 @@
 // Numbered-placeholder formatting of message texts.
-#include "lodeutil/Format.h"
+#include <lodeqdb/lodeutil/Format.h>
 
 #include <vector>
 

@@ -1,12 +1,12 @@
 // Locale ids and tags through ICU's locale table.
-#include "lodeutil/LocaleId.h"
+#include <lodeqdb/lodeutil/LocaleId.h>
 
 #include <unicode/uloc.h>
 
 #include <cstdlib>
 #include <string>
 
-#include "lodeutil/Utf.h"
+#include <lodeqdb/lodeutil/Utf.h>
 
 namespace LodeUtil {
 namespace {

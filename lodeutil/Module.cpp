@@ -1,5 +1,5 @@
 // Modules through the dynamic loader (dlopen and friends).
-#include "lodeutil/Module.h"
+#include <lodeqdb/lodeutil/Module.h>
 
 #include <dlfcn.h>
 #include <link.h>
@@ -9,8 +9,8 @@
 #include <optional>
 #include <string>
 
-#include "lodeutil/FileSystem.h"
-#include "lodeutil/Utf.h"
+#include <lodeqdb/lodeutil/FileSystem.h>
+#include <lodeqdb/lodeutil/Utf.h>
 
 namespace LodeUtil::Module {
 namespace {

@@ -1,5 +1,5 @@
 // Path text functions: every answer is a slice of the input, found by scanning for separators.
-#include "lodeutil/Path.h"
+#include <lodeqdb/lodeutil/Path.h>
 
 #include <algorithm>
 

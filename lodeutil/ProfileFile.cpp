@@ -1,4 +1,4 @@
-#include "lodeutil/ProfileFile.h"
+#include <lodeqdb/lodeutil/ProfileFile.h>
 
 #include <unistd.h>
 
@@ -10,9 +10,9 @@
 #include <string>
 #include <vector>
 
-#include "lodeutil/FileSystem.h"
-#include "lodeutil/Strings.h"
-#include "lodeutil/Utf.h"
+#include <lodeqdb/lodeutil/FileSystem.h>
+#include <lodeqdb/lodeutil/Strings.h>
+#include <lodeqdb/lodeutil/Utf.h>
 
 namespace LodeUtil::Profile {
 

@@ -1,11 +1,11 @@
 // Finding resource modules and reading their texts.
-#include "lodeutil/Resources.h"
+#include <lodeqdb/lodeutil/Resources.h>
 
 #include <vector>
 
-#include "lodeutil/FileSystem.h"
-#include "lodeutil/LocaleId.h"
-#include "lodeutil/Path.h"
+#include <lodeqdb/lodeutil/FileSystem.h>
+#include <lodeqdb/lodeutil/LocaleId.h>
+#include <lodeqdb/lodeutil/Path.h>
 
 namespace LodeUtil {
 namespace {

@@ -1,5 +1,5 @@
 // Copying, ordering, replacing and trimming wide strings; case folding by ICU.
-#include "lodeutil/Strings.h"
+#include <lodeqdb/lodeutil/Strings.h>
 
 #include <unicode/uchar.h>
 #include <unicode/ustring.h>

@@ -1,5 +1,5 @@
 // UTF-16 <-> UTF-8 through ICU, substituting U+FFFD for what is ill-formed.
-#include "lodeutil/Utf.h"
+#include <lodeqdb/lodeutil/Utf.h>
 
 #include <unicode/ustring.h>
 #include <unicode/utf16.h>

@@ -1,6 +1,6 @@
-#include "platform/AutoObjectUpgrader.h"
+#include <lodeqdb/platform/AutoObjectUpgrader.h>
 
-#include "toolkit/db/PwDbObject.h"
+#include <lodeqdb/toolkit/db/PwDbObject.h>
 
 namespace pwdb {
 

@@ -1,4 +1,4 @@
-#include "platform/BlockTableIterators.h"
+#include <lodeqdb/platform/BlockTableIterators.h>
 
 #include <climits>
 

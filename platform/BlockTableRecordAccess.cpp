@@ -1,11 +1,11 @@
-#include "platform/BlockTableRecordAccess.h"
+#include <lodeqdb/platform/BlockTableRecordAccess.h>
 
-#include "lodeutil/FileSystem.h"
-#include "lodeutil/Strings.h"
+#include <lodeqdb/lodeutil/FileSystem.h>
+#include <lodeqdb/lodeutil/Strings.h>
 #include "platform/UpgradedWrite.h"
-#include "toolkit/core/PwString.h"
-#include "toolkit/db/PwDbBlockTable.h"
-#include "toolkit/db/PwDbObjectPointer.h"
+#include <lodeqdb/toolkit/core/PwString.h>
+#include <lodeqdb/toolkit/db/PwDbBlockTable.h>
+#include <lodeqdb/toolkit/db/PwDbObjectPointer.h>
 
 namespace LodeQDBUtil::BlockTableRecord {
 

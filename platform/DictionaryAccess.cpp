@@ -1,9 +1,9 @@
-#include "platform/DictionaryAccess.h"
+#include <lodeqdb/platform/DictionaryAccess.h>
 
-#include "lodeutil/Strings.h"
+#include <lodeqdb/lodeutil/Strings.h>
 #include "platform/UpgradedWrite.h"
-#include "toolkit/core/PwString.h"
-#include "toolkit/core/PwStringBuffer.h"
+#include <lodeqdb/toolkit/core/PwString.h>
+#include <lodeqdb/toolkit/core/PwStringBuffer.h>
 
 namespace LodeQDBUtil::Dictionary {
 

@@ -1,7 +1,7 @@
-#include "platform/FilerItems.h"
+#include <lodeqdb/platform/FilerItems.h>
 
-#include "toolkit/core/PwStringBuffer.h"
-#include "toolkit/db/PwDbPlwFiler.h"
+#include <lodeqdb/toolkit/core/PwStringBuffer.h>
+#include <lodeqdb/toolkit/db/PwDbPlwFiler.h>
 
 namespace pwdb {
 

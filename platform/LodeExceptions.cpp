@@ -1,10 +1,10 @@
 // The exception classes; file errors take their message from the resource module.
-#include "platform/LodeExceptions.h"
+#include <lodeqdb/platform/LodeExceptions.h>
 
 #include <new>
 
-#include "lodeutil/Format.h"
-#include "platform/MessageTexts.h"
+#include <lodeqdb/lodeutil/Format.h>
+#include <lodeqdb/platform/MessageTexts.h>
 
 namespace {
 // The text every exception of the library gives through what(). The C++ runtime's own

@@ -1,9 +1,9 @@
 // Loading the resource module of the product's locale, and the library's own module handle.
-#include "platform/MessageTexts.h"
+#include <lodeqdb/platform/MessageTexts.h>
 
-#include "lodeutil/Resources.h"
-#include "toolkit/rx/PwRxDictionary.h"
-#include "toolkit/rx/PwRxDynamicLinker.h"
+#include <lodeqdb/lodeutil/Resources.h>
+#include <lodeqdb/toolkit/rx/PwRxDictionary.h>
+#include <lodeqdb/toolkit/rx/PwRxDynamicLinker.h>
 
 namespace LodeQDBUtil {
 namespace {

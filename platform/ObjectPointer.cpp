@@ -1,10 +1,10 @@
 // The object pointers the library's interface uses, made once here.
-#include "platform/ObjectPointer.h"
+#include <lodeqdb/platform/ObjectPointer.h>
 
-#include "toolkit/db/PwDbDictionary.h"
-#include "toolkit/db/PwDbLayout.h"
-#include "toolkit/image/PwDbRasterImageDef.h"
-#include "toolkit/underlay/PwDbUnderlayDefinition.h"
+#include <lodeqdb/toolkit/db/PwDbDictionary.h>
+#include <lodeqdb/toolkit/db/PwDbLayout.h>
+#include <lodeqdb/toolkit/image/PwDbRasterImageDef.h>
+#include <lodeqdb/toolkit/underlay/PwDbUnderlayDefinition.h>
 
 template class LodeQDBUtil::ObjectPointer<PwDbRasterImageDef>;
 template class LodeQDBUtil::ObjectPointer<PwDbUnderlayDefinition>;

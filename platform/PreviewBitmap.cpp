@@ -1,6 +1,6 @@
-#include "platform/PreviewBitmap.h"
+#include <lodeqdb/platform/PreviewBitmap.h>
 
-#include "lodeutil/BStr.h"
+#include <lodeqdb/lodeutil/BStr.h>
 
 namespace pwdb {
 

@@ -1,6 +1,6 @@
-#include "platform/SetWorkingDBMgr.h"
+#include <lodeqdb/platform/SetWorkingDBMgr.h>
 
-#include "toolkit/db/PwDbHostApplicationServices.h"
+#include <lodeqdb/toolkit/db/PwDbHostApplicationServices.h>
 
 namespace LodeQDBUtil {
 

@@ -1,7 +1,7 @@
 // Status to exception, in a fixed order of tests.
-#include "platform/ThrowLodeExceptionOnFile.h"
+#include <lodeqdb/platform/ThrowLodeExceptionOnFile.h>
 
-#include "platform/LodeExceptions.h"
+#include <lodeqdb/platform/LodeExceptions.h>
 
 namespace LodeQDBUtil {
 

@@ -1,8 +1,8 @@
 // The write through a read open shared by the const setters: upgrade, write, downgrade.
 #pragma once
 
-#include "toolkit/core/PwErrorStatus.h"
-#include "toolkit/db/PwDbObject.h"
+#include <lodeqdb/toolkit/core/PwErrorStatus.h>
+#include <lodeqdb/toolkit/db/PwDbObject.h>
 
 namespace LodeQDBUtil::detail {
 

@@ -1,14 +1,15 @@
-#include "readsave/DgnModule.h"
+#include "readsave/DgnBinding.h"
+#include <lodeqdb/readsave/DgnModule.h>
 
 #include <atomic>
 
 #include "platform/FaultGuard.h"
-#include "platform/LodeExceptions.h"
-#include "toolkit/core/PwString.h"
+#include <lodeqdb/platform/LodeExceptions.h>
+#include <lodeqdb/toolkit/core/PwString.h>
 #include "toolkit/dgn/PwDgnIOEntryPoints.h"
-#include "toolkit/rx/PwRxDictionary.h"
-#include "toolkit/rx/PwRxDynamicLinker.h"
-#include "toolkit/rx/PwRxModules.h"
+#include <lodeqdb/toolkit/rx/PwRxDictionary.h>
+#include <lodeqdb/toolkit/rx/PwRxDynamicLinker.h>
+#include <lodeqdb/toolkit/rx/PwRxModules.h>
 
 namespace LodeQDBUtil {
 

@@ -1,8 +1,8 @@
-#include "readsave/DgnSetups.h"
+#include <lodeqdb/readsave/DgnSetups.h>
 
-#include "lodeutil/FileSystem.h"
-#include "lodeutil/ProfileFile.h"
-#include "toolkit/db/PwDbHostApplicationServices.h"
+#include <lodeqdb/lodeutil/FileSystem.h>
+#include <lodeqdb/lodeutil/ProfileFile.h>
+#include <lodeqdb/toolkit/db/PwDbHostApplicationServices.h>
 
 namespace LodeQDBUtil {
 

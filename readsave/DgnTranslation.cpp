@@ -1,12 +1,12 @@
-#include "readsave/DgnTranslation.h"
+#include <lodeqdb/readsave/DgnTranslation.h>
 
-#include "platform/LodeExceptions.h"
-#include "platform/ThrowLodeExceptionOnFile.h"
-#include "readsave/DgnModule.h"
-#include "readsave/DgnSetups.h"
-#include "toolkit/core/PwString.h"
-#include "toolkit/dgn/PwDbDgnConvertReport.h"
-#include "toolkit/dgn/PwDbDgnRefFileRepath.h"
+#include <lodeqdb/platform/LodeExceptions.h>
+#include <lodeqdb/platform/ThrowLodeExceptionOnFile.h>
+#include "readsave/DgnBinding.h"
+#include <lodeqdb/readsave/DgnSetups.h>
+#include <lodeqdb/toolkit/core/PwString.h>
+#include <lodeqdb/toolkit/dgn/PwDbDgnConvertReport.h>
+#include <lodeqdb/toolkit/dgn/PwDbDgnRefFileRepath.h>
 #include "toolkit/dgn/PwDgnIOEntryPoints.h"
 
 namespace LodeQDBUtil {

@@ -1,10 +1,10 @@
 // The library's doors for reading drawing files.
-#include "readsave/ReadIntoDatabase.h"
+#include <lodeqdb/readsave/ReadIntoDatabase.h>
 
-#include "lodeutil/FileUtil.h"
-#include "lodeutil/Strings.h"
-#include "platform/ThrowLodeExceptionOnFile.h"
-#include "toolkit/xref/PwDbXrefs.h"
+#include <lodeqdb/lodeutil/FileUtil.h>
+#include <lodeqdb/lodeutil/Strings.h>
+#include <lodeqdb/platform/ThrowLodeExceptionOnFile.h>
+#include <lodeqdb/toolkit/xref/PwDbXrefs.h>
 
 namespace LodeQDBUtil {
 

@@ -1,8 +1,8 @@
-#include "readsave/Saving.h"
+#include <lodeqdb/readsave/Saving.h>
 
-#include "lodeutil/FileUtil.h"
-#include "platform/SetWorkingDBMgr.h"
-#include "toolkit/db/PwDbDatabase.h"
+#include <lodeqdb/lodeutil/FileUtil.h>
+#include <lodeqdb/platform/SetWorkingDBMgr.h>
+#include <lodeqdb/toolkit/db/PwDbDatabase.h>
 
 namespace LodeQDBUtil {
 

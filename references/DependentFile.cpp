@@ -1,9 +1,9 @@
-#include "references/DependentFile.h"
+#include <lodeqdb/references/DependentFile.h>
 
-#include "lodeutil/FileSystem.h"
-#include "lodeutil/Path.h"
-#include "references/PathQuestions.h"
-#include "toolkit/db/PwDbDatabase.h"
+#include <lodeqdb/lodeutil/FileSystem.h>
+#include <lodeqdb/lodeutil/Path.h>
+#include <lodeqdb/references/PathQuestions.h>
+#include <lodeqdb/toolkit/db/PwDbDatabase.h>
 
 namespace LodeQDBUtil {
 

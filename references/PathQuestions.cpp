@@ -1,10 +1,10 @@
-#include "references/PathQuestions.h"
+#include <lodeqdb/references/PathQuestions.h>
 
-#include "lodeutil/Path.h"
-#include "toolkit/db/PwDbDatabase.h"
-#include "toolkit/db/PwDbDependentFiles.h"
-#include "toolkit/db/PwDbHostApplicationServices.h"
-#include "toolkit/xref/PwDbXrefs.h"
+#include <lodeqdb/lodeutil/Path.h>
+#include <lodeqdb/toolkit/db/PwDbDatabase.h>
+#include <lodeqdb/toolkit/db/PwDbDependentFiles.h>
+#include <lodeqdb/toolkit/db/PwDbHostApplicationServices.h>
+#include <lodeqdb/toolkit/xref/PwDbXrefs.h>
 
 namespace LodeQDBUtil {
 

@@ -1,11 +1,11 @@
-#include "references/RasterImageAccess.h"
+#include <lodeqdb/references/RasterImageAccess.h>
 
 #include <set>
 
-#include "lodeutil/BStr.h"
-#include "lodeutil/Strings.h"
-#include "toolkit/db/PwDbDictionary.h"
-#include "toolkit/xref/PwDbXrefGraph.h"
+#include <lodeqdb/lodeutil/BStr.h>
+#include <lodeqdb/lodeutil/Strings.h>
+#include <lodeqdb/toolkit/db/PwDbDictionary.h>
+#include <lodeqdb/toolkit/xref/PwDbXrefGraph.h>
 
 namespace LodeQDBUtil {
 

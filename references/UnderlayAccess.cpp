@@ -1,13 +1,13 @@
-#include "references/UnderlayAccess.h"
+#include <lodeqdb/references/UnderlayAccess.h>
 
-#include "lodeutil/Strings.h"
-#include "platform/ObjectPointer.h"
-#include "references/DependentFile.h"
-#include "toolkit/db/PwDbDictionary.h"
-#include "toolkit/db/PwDbEntity.h"
-#include "toolkit/db/PwDbHostApplicationServices.h"
-#include "toolkit/underlay/PwDbUnderlayDefinition.h"
-#include "toolkit/underlay/PwDbUnderlayReference.h"
+#include <lodeqdb/lodeutil/Strings.h>
+#include <lodeqdb/platform/ObjectPointer.h>
+#include <lodeqdb/references/DependentFile.h>
+#include <lodeqdb/toolkit/db/PwDbDictionary.h>
+#include <lodeqdb/toolkit/db/PwDbEntity.h>
+#include <lodeqdb/toolkit/db/PwDbHostApplicationServices.h>
+#include <lodeqdb/toolkit/underlay/PwDbUnderlayDefinition.h>
+#include <lodeqdb/toolkit/underlay/PwDbUnderlayReference.h>
 
 namespace LodeQDBUtil {
 

@@ -1,15 +1,15 @@
-#include "references/XrefDatabaseLookup.h"
+#include <lodeqdb/references/XrefDatabaseLookup.h>
 
-#include "platform/BlockTableRecordAccess.h"
-#include "references/PathQuestions.h"
-#include "toolkit/xref/PwDbXrefGraph.h"
+#include <lodeqdb/platform/BlockTableRecordAccess.h>
+#include <lodeqdb/references/PathQuestions.h>
+#include <lodeqdb/toolkit/xref/PwDbXrefGraph.h>
 
 #include <unordered_map>
 #include <unordered_set>
 #include <vector>
 
-#include "lodeutil/Strings.h"
-#include "toolkit/db/PwDbDatabase.h"
+#include <lodeqdb/lodeutil/Strings.h>
+#include <lodeqdb/toolkit/db/PwDbDatabase.h>
 
 namespace LodeQDBUtil {
 

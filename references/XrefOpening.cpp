@@ -1,9 +1,9 @@
-#include "references/XrefOpening.h"
+#include <lodeqdb/references/XrefOpening.h>
 
-#include "toolkit/rx/PwRxClass.h"
-#include "toolkit/rx/PwRxDictionary.h"
-#include "toolkit/rx/PwRxDynamicLinker.h"
-#include "toolkit/rx/PwRxModules.h"
+#include <lodeqdb/toolkit/rx/PwRxClass.h>
+#include <lodeqdb/toolkit/rx/PwRxDictionary.h>
+#include <lodeqdb/toolkit/rx/PwRxDynamicLinker.h>
+#include <lodeqdb/toolkit/rx/PwRxModules.h>
 
 namespace pwdb {
 

@@ -1,11 +1,11 @@
-#include "references/XrefPath.h"
+#include <lodeqdb/references/XrefPath.h>
 
-#include "lodeutil/Path.h"
-#include "lodeutil/Strings.h"
-#include "references/PathQuestions.h"
-#include "toolkit/db/PwDbBlockTable.h"
-#include "toolkit/db/PwDbDatabase.h"
-#include "toolkit/db/PwDbObjectPointer.h"
+#include <lodeqdb/lodeutil/Path.h>
+#include <lodeqdb/lodeutil/Strings.h>
+#include <lodeqdb/references/PathQuestions.h>
+#include <lodeqdb/toolkit/db/PwDbBlockTable.h>
+#include <lodeqdb/toolkit/db/PwDbDatabase.h>
+#include <lodeqdb/toolkit/db/PwDbObjectPointer.h>
 
 namespace LodeQDBUtil {
 

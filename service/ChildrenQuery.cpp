@@ -1,21 +1,21 @@
-#include "service/ChildrenQuery.h"
+#include <lodeqdb/service/ChildrenQuery.h>
 
 #include <memory>
 #include <new>
 
-#include "lodeutil/AbsoluteFilePath.h"
-#include "lodeutil/Path.h"
-#include "readsave/ReadIntoDatabase.h"
-#include "references/PathQuestions.h"
-#include "references/XrefDatabaseLookup.h"
-#include "service/FileClassification.h"
-#include "toolkit/db/PwDbDatabase.h"
-#include "toolkit/db/PwDbDictionary.h"
-#include "toolkit/db/PwDbObjectPointer.h"
-#include "toolkit/image/PwDbRasterImageDef.h"
-#include "toolkit/pal/PwHeap.h"
-#include "toolkit/underlay/PwDbUnderlayDefinition.h"
-#include "toolkit/xref/PwDbXrefGraph.h"
+#include <lodeqdb/lodeutil/AbsoluteFilePath.h>
+#include <lodeqdb/lodeutil/Path.h>
+#include <lodeqdb/readsave/ReadIntoDatabase.h>
+#include <lodeqdb/references/PathQuestions.h>
+#include <lodeqdb/references/XrefDatabaseLookup.h>
+#include <lodeqdb/service/FileClassification.h>
+#include <lodeqdb/toolkit/db/PwDbDatabase.h>
+#include <lodeqdb/toolkit/db/PwDbDictionary.h>
+#include <lodeqdb/toolkit/db/PwDbObjectPointer.h>
+#include <lodeqdb/toolkit/image/PwDbRasterImageDef.h>
+#include <lodeqdb/toolkit/pal/PwHeap.h>
+#include <lodeqdb/toolkit/underlay/PwDbUnderlayDefinition.h>
+#include <lodeqdb/toolkit/xref/PwDbXrefGraph.h>
 
 namespace LodeQDBService::Request {
 

@@ -1,11 +1,11 @@
-#include "service/DgnChildren.h"
+#include <lodeqdb/service/DgnChildren.h>
 
-#include "lodeutil/Path.h"
+#include <lodeqdb/lodeutil/Path.h>
 #include "platform/FaultGuard.h"
-#include "platform/ThrowLodeExceptionOnFile.h"
-#include "references/PathQuestions.h"
-#include "service/FileClassification.h"
-#include "toolkit/dgn/PwDbDgnReferences.h"
+#include <lodeqdb/platform/ThrowLodeExceptionOnFile.h>
+#include <lodeqdb/references/PathQuestions.h>
+#include <lodeqdb/service/FileClassification.h>
+#include <lodeqdb/toolkit/dgn/PwDbDgnReferences.h>
 
 namespace LodeQDBService::Request {
 

@@ -1,16 +1,16 @@
-#include "service/FileClassification.h"
+#include <lodeqdb/service/FileClassification.h>
 
-#include "lodeutil/FileUtil.h"
-#include "lodeutil/Path.h"
-#include "platform/BlockTableRecordAccess.h"
-#include "readsave/DgnModule.h"
-#include "references/RasterImageAccess.h"
-#include "references/UnderlayAccess.h"
-#include "references/XrefPath.h"
-#include "toolkit/db/PwDbBlockTable.h"
-#include "toolkit/db/PwDbObjectPointer.h"
-#include "toolkit/image/PwDbRasterImageDef.h"
-#include "toolkit/underlay/PwDbUnderlayDefinition.h"
+#include <lodeqdb/lodeutil/FileUtil.h>
+#include <lodeqdb/lodeutil/Path.h>
+#include <lodeqdb/platform/BlockTableRecordAccess.h>
+#include <lodeqdb/readsave/DgnModule.h>
+#include <lodeqdb/references/RasterImageAccess.h>
+#include <lodeqdb/references/UnderlayAccess.h>
+#include <lodeqdb/references/XrefPath.h>
+#include <lodeqdb/toolkit/db/PwDbBlockTable.h>
+#include <lodeqdb/toolkit/db/PwDbObjectPointer.h>
+#include <lodeqdb/toolkit/image/PwDbRasterImageDef.h>
+#include <lodeqdb/toolkit/underlay/PwDbUnderlayDefinition.h>
 
 namespace LodeQDBService::Request {
 

@@ -1,4 +1,4 @@
-#include "service/FileData.h"
+#include <lodeqdb/service/FileData.h>
 
 namespace LodeQDBService {
 

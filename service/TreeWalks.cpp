@@ -1,20 +1,20 @@
 // The nested and parent walks: depth first in pre-order, their way down kept on the heap, and
 // a failure anywhere ending the walk with what was found.
-#include "service/TreeWalks.h"
+#include <lodeqdb/service/TreeWalks.h>
 
 #include <exception>
 #include <memory>
 #include <optional>
 #include <set>
 
-#include "lodeutil/Strings.h"
-#include "lodeutil/Utf.h"
-#include "platform/LodeExceptions.h"
-#include "readsave/ReadIntoDatabase.h"
-#include "references/PathQuestions.h"
-#include "service/ChildrenQuery.h"
-#include "service/DgnChildren.h"
-#include "toolkit/db/PwDbDatabase.h"
+#include <lodeqdb/lodeutil/Strings.h>
+#include <lodeqdb/lodeutil/Utf.h>
+#include <lodeqdb/platform/LodeExceptions.h>
+#include <lodeqdb/readsave/ReadIntoDatabase.h>
+#include <lodeqdb/references/PathQuestions.h>
+#include <lodeqdb/service/ChildrenQuery.h>
+#include <lodeqdb/service/DgnChildren.h>
+#include <lodeqdb/toolkit/db/PwDbDatabase.h>
 
 namespace LodeQDBService::Request {
 

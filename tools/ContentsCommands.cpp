@@ -6,11 +6,11 @@
 #include <string>
 #include <vector>
 
-#include "contents/Layers.h"
-#include "contents/Layouts.h"
-#include "lodeutil/Utf.h"
-#include "readsave/ReadIntoDatabase.h"
-#include "toolkit/db/PwDbDatabase.h"
+#include <lodeqdb/contents/Layers.h>
+#include <lodeqdb/contents/Layouts.h>
+#include <lodeqdb/lodeutil/Utf.h>
+#include <lodeqdb/readsave/ReadIntoDatabase.h>
+#include <lodeqdb/toolkit/db/PwDbDatabase.h>
 #include "tools/Commands.h"
 #include "tools/Json.h"
 #include "tools/Output.h"

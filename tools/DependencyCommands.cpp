@@ -5,12 +5,12 @@
 #include <string>
 #include <vector>
 
-#include "lodeutil/AbsoluteFilePath.h"
-#include "lodeutil/Utf.h"
-#include "readsave/ReadIntoDatabase.h"
-#include "service/ChildrenQuery.h"
-#include "service/TreeWalks.h"
-#include "toolkit/db/PwDbDatabase.h"
+#include <lodeqdb/lodeutil/AbsoluteFilePath.h>
+#include <lodeqdb/lodeutil/Utf.h>
+#include <lodeqdb/readsave/ReadIntoDatabase.h>
+#include <lodeqdb/service/ChildrenQuery.h>
+#include <lodeqdb/service/TreeWalks.h>
+#include <lodeqdb/toolkit/db/PwDbDatabase.h>
 #include "tools/Commands.h"
 #include "tools/EnumNames.h"
 #include "tools/FileRecords.h"

@@ -5,13 +5,13 @@
 #include <nlohmann/json.hpp>
 #include <string>
 
-#include "lodeutil/FileUtil.h"
-#include "lodeutil/Utf.h"
-#include "platform/LodeExceptions.h"
-#include "readsave/DgnTranslation.h"
-#include "readsave/Saving.h"
-#include "service/DgnChildren.h"
-#include "toolkit/db/PwDbDatabase.h"
+#include <lodeqdb/lodeutil/FileUtil.h>
+#include <lodeqdb/lodeutil/Utf.h>
+#include <lodeqdb/platform/LodeExceptions.h>
+#include <lodeqdb/readsave/DgnTranslation.h>
+#include <lodeqdb/readsave/Saving.h>
+#include <lodeqdb/service/DgnChildren.h>
+#include <lodeqdb/toolkit/db/PwDbDatabase.h>
 #include "tools/Commands.h"
 #include "tools/FileRecords.h"
 #include "tools/Json.h"

@@ -3,10 +3,10 @@
 
 #include <string>
 
-#include "identification/CreatorKind.h"
-#include "identification/FileFormat.h"
-#include "service/FileData.h"
-#include "toolkit/db/PwDb.h"
+#include <lodeqdb/identification/CreatorKind.h>
+#include <lodeqdb/identification/FileFormat.h>
+#include <lodeqdb/service/FileData.h>
+#include <lodeqdb/toolkit/db/PwDb.h>
 
 namespace lodeqdb::cli {
 

@@ -3,7 +3,7 @@
 
 #include <vector>
 
-#include "service/FileData.h"
+#include <lodeqdb/service/FileData.h>
 
 namespace lodeqdb::cli {
 

@@ -5,12 +5,12 @@
 #include <string>
 #include <vector>
 
-#include "identification/CreatorKind.h"
-#include "identification/FileFormat.h"
-#include "lodeutil/FileUtil.h"
-#include "lodeutil/Utf.h"
-#include "readsave/ReadIntoDatabase.h"
-#include "toolkit/db/PwDbDatabase.h"
+#include <lodeqdb/identification/CreatorKind.h>
+#include <lodeqdb/identification/FileFormat.h>
+#include <lodeqdb/lodeutil/FileUtil.h>
+#include <lodeqdb/lodeutil/Utf.h>
+#include <lodeqdb/readsave/ReadIntoDatabase.h>
+#include <lodeqdb/toolkit/db/PwDbDatabase.h>
 #include "tools/Commands.h"
 #include "tools/EnumNames.h"
 #include "tools/Json.h"

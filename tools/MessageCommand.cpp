@@ -3,11 +3,11 @@
 #include <nlohmann/json.hpp>
 #include <string>
 
-#include "lodeutil/Format.h"
-#include "lodeutil/Utf.h"
-#include "platform/MessageTexts.h"
-#include "toolkit/rx/PwRxDictionary.h"
-#include "toolkit/rx/PwRxDynamicLinker.h"
+#include <lodeqdb/lodeutil/Format.h>
+#include <lodeqdb/lodeutil/Utf.h>
+#include <lodeqdb/platform/MessageTexts.h>
+#include <lodeqdb/toolkit/rx/PwRxDictionary.h>
+#include <lodeqdb/toolkit/rx/PwRxDynamicLinker.h>
 #include "tools/Commands.h"
 #include "tools/Json.h"
 #include "tools/Output.h"

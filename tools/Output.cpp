@@ -10,15 +10,15 @@
 #include <optional>
 #include <typeinfo>
 
-#include "lodeutil/AbsoluteFilePath.h"
-#include "lodeutil/FileSystem.h"
-#include "lodeutil/Format.h"
-#include "lodeutil/Utf.h"
-#include "platform/LodeExceptions.h"
-#include "platform/MessageTexts.h"
-#include "toolkit/pal/PwLocale.h"
-#include "toolkit/rx/PwRxDictionary.h"
-#include "toolkit/rx/PwRxDynamicLinker.h"
+#include <lodeqdb/lodeutil/AbsoluteFilePath.h>
+#include <lodeqdb/lodeutil/FileSystem.h>
+#include <lodeqdb/lodeutil/Format.h>
+#include <lodeqdb/lodeutil/Utf.h>
+#include <lodeqdb/platform/LodeExceptions.h>
+#include <lodeqdb/platform/MessageTexts.h>
+#include <lodeqdb/toolkit/pal/PwLocale.h>
+#include <lodeqdb/toolkit/rx/PwRxDictionary.h>
+#include <lodeqdb/toolkit/rx/PwRxDynamicLinker.h>
 
 namespace lodeqdb::cli {
 std::string Narrow(const wstring& text) {

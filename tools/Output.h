@@ -4,7 +4,7 @@
 #include <functional>
 #include <string>
 
-#include "lodeutil/WideString.h"
+#include <lodeqdb/lodeutil/WideString.h>
 
 namespace lodeqdb::cli {
 

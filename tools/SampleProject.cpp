@@ -23,15 +23,15 @@
 #include <stdexcept>
 #include <vector>
 
-#include "lodeutil/AbsoluteFilePath.h"
-#include "lodeutil/FileSystem.h"
-#include "lodeutil/Utf.h"
-#include "toolkit/db/PwDbAuthoring.h"
-#include "toolkit/image/PwDbImageAuthoring.h"
-#include "toolkit/table/PwDbTableAuthoring.h"
-#include "toolkit/underlay/PwDbUnderlayAuthoring.h"
-#include "toolkit/underlay/PwDbUnderlayDefinition.h"
-#include "toolkit/xref/PwDbXrefAuthoring.h"
+#include <lodeqdb/lodeutil/AbsoluteFilePath.h>
+#include <lodeqdb/lodeutil/FileSystem.h>
+#include <lodeqdb/lodeutil/Utf.h>
+#include <lodeqdb/toolkit/db/PwDbAuthoring.h>
+#include <lodeqdb/toolkit/image/PwDbImageAuthoring.h>
+#include <lodeqdb/toolkit/table/PwDbTableAuthoring.h>
+#include <lodeqdb/toolkit/underlay/PwDbUnderlayAuthoring.h>
+#include <lodeqdb/toolkit/underlay/PwDbUnderlayDefinition.h>
+#include <lodeqdb/toolkit/xref/PwDbXrefAuthoring.h>
 
 namespace lodeqdb::cli {
 namespace {

@@ -7,12 +7,12 @@
 #include <optional>
 #include <string>
 
-#include "lodeutil/FileSystem.h"
-#include "lodeutil/Utf.h"
-#include "platform/SetWorkingDBMgr.h"
-#include "readsave/ReadIntoDatabase.h"
-#include "readsave/Saving.h"
-#include "toolkit/db/PwDbDatabase.h"
+#include <lodeqdb/lodeutil/FileSystem.h>
+#include <lodeqdb/lodeutil/Utf.h>
+#include <lodeqdb/platform/SetWorkingDBMgr.h>
+#include <lodeqdb/readsave/ReadIntoDatabase.h>
+#include <lodeqdb/readsave/Saving.h>
+#include <lodeqdb/toolkit/db/PwDbDatabase.h>
 #include "tools/Commands.h"
 #include "tools/Json.h"
 #include "tools/Output.h"

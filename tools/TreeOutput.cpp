@@ -2,7 +2,7 @@
 // lines after it, so the lines are drawn once all are there.
 #include "tools/TreeOutput.h"
 
-#include "lodeutil/Path.h"
+#include <lodeqdb/lodeutil/Path.h>
 #include "tools/EnumNames.h"
 #include "tools/Output.h"
 

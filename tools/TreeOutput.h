@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-#include "service/TreeWalks.h"
+#include <lodeqdb/service/TreeWalks.h>
 
 namespace lodeqdb::cli {
 

@@ -1,9 +1,9 @@
 // The format generation of a database's drawing.
-#include "vocabulary/FormatGeneration.h"
+#include <lodeqdb/vocabulary/FormatGeneration.h>
 
-#include "lodeutil/FileUtil.h"
-#include "lodeutil/Strings.h"
-#include "toolkit/db/PwDbDatabase.h"
+#include <lodeqdb/lodeutil/FileUtil.h>
+#include <lodeqdb/lodeutil/Strings.h>
+#include <lodeqdb/toolkit/db/PwDbDatabase.h>
 
 namespace LodeQDBUtil {
 

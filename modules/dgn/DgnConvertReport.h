@@ -10,8 +10,8 @@
 #include <map>
 #include <vector>
 
-#include "lodeutil/WideString.h"
-#include "toolkit/dgn/PwDbDgnConvertReport.h"
+#include <lodeqdb/lodeutil/WideString.h>
+#include <lodeqdb/toolkit/dgn/PwDbDgnConvertReport.h>
 
 class DgnConvertReport {
   public:

@@ -4,10 +4,10 @@
 #include <charconv>
 #include <string>
 
-#include "lodeutil/Strings.h"
-#include "lodeutil/Utf.h"
-#include "toolkit/db/PwDbHostApplicationServices.h"
-#include "toolkit/pal/PwFileIO.h"
+#include <lodeqdb/lodeutil/Strings.h>
+#include <lodeqdb/lodeutil/Utf.h>
+#include <lodeqdb/toolkit/db/PwDbHostApplicationServices.h>
+#include <lodeqdb/toolkit/pal/PwFileIO.h>
 
 namespace FileIO = Morvane::Plotwright::PAL::FileIO;
 

@@ -9,7 +9,7 @@
 
 #include <optional>
 
-#include "lodeutil/WideString.h"
+#include <lodeqdb/lodeutil/WideString.h>
 
 /// Where the settings file is: the root folder followed by "\Support\DgnSetups.ini" (a
 /// backslash counts as '/' at the file system). Empty when there are no host services or

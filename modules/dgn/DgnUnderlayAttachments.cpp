@@ -2,11 +2,11 @@
 // model, which underlay definitions name "Default".
 #include "modules/dgn/DgnUnderlayAttachments.h"
 
-#include "toolkit/db/PwDbEntity.h"
-#include "toolkit/db/PwDbObjectPointer.h"
-#include "toolkit/rx/PwRxClass.h"
-#include "toolkit/underlay/PwDbUnderlayAuthoring.h"
-#include "toolkit/underlay/PwDbUnderlayDefinition.h"
+#include <lodeqdb/toolkit/db/PwDbEntity.h>
+#include <lodeqdb/toolkit/db/PwDbObjectPointer.h>
+#include <lodeqdb/toolkit/rx/PwRxClass.h>
+#include <lodeqdb/toolkit/underlay/PwDbUnderlayAuthoring.h>
+#include <lodeqdb/toolkit/underlay/PwDbUnderlayDefinition.h>
 
 Plotwright::ErrorStatus dgnAddAttachmentUnderlay(PwDbDatabase& drawing, PwDbObjectId block,
                                                  const DgnUnderlayPlacement& placement,

@@ -2,11 +2,11 @@
 // definition naming the referenced file, and a reference that places it.
 #pragma once
 
-#include "lodeutil/WideString.h"
-#include "toolkit/core/PwErrorStatus.h"
-#include "toolkit/db/PwDbDatabase.h"
-#include "toolkit/db/PwDbObjectId.h"
-#include "toolkit/ge/PwGeGeometry.h"
+#include <lodeqdb/lodeutil/WideString.h>
+#include <lodeqdb/toolkit/core/PwErrorStatus.h>
+#include <lodeqdb/toolkit/db/PwDbDatabase.h>
+#include <lodeqdb/toolkit/db/PwDbObjectId.h>
+#include <lodeqdb/toolkit/ge/PwGeGeometry.h>
 
 struct DgnUnderlayPlacement {
     /// The definition's key in the drawing's DGN underlay dictionary.

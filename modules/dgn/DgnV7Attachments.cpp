@@ -8,8 +8,8 @@
 
 #include "modules/dgn/DgnV7Bytes.h"
 #include "modules/dgn/DgnV7Reader.h"
-#include "toolkit/db/PwDbDatabase.h"
-#include "toolkit/db/PwDbDependentFiles.h"
+#include <lodeqdb/toolkit/db/PwDbDatabase.h>
+#include <lodeqdb/toolkit/db/PwDbDependentFiles.h>
 
 namespace {
 

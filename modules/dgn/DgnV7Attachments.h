@@ -10,7 +10,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "lodeutil/WideString.h"
+#include <lodeqdb/lodeutil/WideString.h>
 #include "modules/dgn/DgnV7DesignFile.h"
 #include "modules/dgn/DgnV7Elements.h"
 

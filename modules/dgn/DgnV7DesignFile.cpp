@@ -5,13 +5,13 @@
 #include <array>
 #include <cstring>
 
-#include "lodeutil/AbsoluteFilePath.h"
-#include "lodeutil/FileSystem.h"
-#include "lodeutil/Path.h"
-#include "lodeutil/Strings.h"
+#include <lodeqdb/lodeutil/AbsoluteFilePath.h>
+#include <lodeqdb/lodeutil/FileSystem.h>
+#include <lodeqdb/lodeutil/Path.h>
+#include <lodeqdb/lodeutil/Strings.h>
 #include "modules/dgn/DgnV7Bytes.h"
 #include "modules/dgn/DgnV7Reader.h"
-#include "toolkit/pal/PwFileIO.h"
+#include <lodeqdb/toolkit/pal/PwFileIO.h>
 
 namespace FileIO = Morvane::Plotwright::PAL::FileIO;
 

@@ -15,8 +15,8 @@
 #include <span>
 #include <vector>
 
-#include "lodeutil/WideString.h"
-#include "toolkit/core/PwErrorStatus.h"
+#include <lodeqdb/lodeutil/WideString.h>
+#include <lodeqdb/toolkit/core/PwErrorStatus.h>
 
 /// The design file's units, from its control block.
 struct DgnV7Units {

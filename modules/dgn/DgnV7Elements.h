@@ -10,7 +10,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "lodeutil/WideString.h"
+#include <lodeqdb/lodeutil/WideString.h>
 #include "modules/dgn/DgnV7Reader.h"
 
 /// A point or direction in UOR; z is 0 in 2D files.

@@ -9,22 +9,22 @@
 #include <unordered_map>
 #include <vector>
 
-#include "lodeutil/Path.h"
+#include <lodeqdb/lodeutil/Path.h>
 #include "modules/dgn/DgnSettings.h"
 #include "modules/dgn/DgnUnderlayAttachments.h"
 #include "modules/dgn/DgnV7Attachments.h"
 #include "modules/dgn/DgnV7Elements.h"
 #include "modules/dgn/DgnV7Reader.h"
-#include "toolkit/db/PwDbAuthoring.h"
-#include "toolkit/db/PwDbBlockReference.h"
-#include "toolkit/db/PwDbBlockTable.h"
-#include "toolkit/db/PwDbCurves.h"
-#include "toolkit/db/PwDbLayerTable.h"
-#include "toolkit/db/PwDbObjectPointer.h"
-#include "toolkit/db/PwDbPolyline.h"
-#include "toolkit/db/PwDbSymbolUtilities.h"
-#include "toolkit/db/PwDbText.h"
-#include "toolkit/rx/PwRxClass.h"
+#include <lodeqdb/toolkit/db/PwDbAuthoring.h>
+#include <lodeqdb/toolkit/db/PwDbBlockReference.h>
+#include <lodeqdb/toolkit/db/PwDbBlockTable.h>
+#include <lodeqdb/toolkit/db/PwDbCurves.h>
+#include <lodeqdb/toolkit/db/PwDbLayerTable.h>
+#include <lodeqdb/toolkit/db/PwDbObjectPointer.h>
+#include <lodeqdb/toolkit/db/PwDbPolyline.h>
+#include <lodeqdb/toolkit/db/PwDbSymbolUtilities.h>
+#include <lodeqdb/toolkit/db/PwDbText.h>
+#include <lodeqdb/toolkit/rx/PwRxClass.h>
 
 using Plotwright::ErrorStatus;
 using Plotwright::StatusOk;

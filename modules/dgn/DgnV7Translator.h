@@ -18,13 +18,13 @@
 // is counted in the report as skipped, per element type.
 #pragma once
 
-#include "lodeutil/WideString.h"
+#include <lodeqdb/lodeutil/WideString.h>
 #include "modules/dgn/DgnConvertReport.h"
 #include "modules/dgn/DgnV7DesignFile.h"
-#include "toolkit/core/PwErrorStatus.h"
-#include "toolkit/db/PwDbDatabase.h"
-#include "toolkit/db/PwDbObjectId.h"
-#include "toolkit/dgn/PwDbDgnConvertOptions.h"
+#include <lodeqdb/toolkit/core/PwErrorStatus.h>
+#include <lodeqdb/toolkit/db/PwDbDatabase.h>
+#include <lodeqdb/toolkit/db/PwDbObjectId.h>
+#include <lodeqdb/toolkit/dgn/PwDbDgnConvertOptions.h>
 
 /// What a translation does, worked out from PwDbDgnConvertOptions.
 struct DgnTranslation {

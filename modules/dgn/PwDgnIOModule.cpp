@@ -14,15 +14,15 @@
 #include "modules/dgn/DgnV7Attachments.h"
 #include "modules/dgn/DgnV7DesignFile.h"
 #include "modules/dgn/DgnV7Translator.h"
-#include "toolkit/core/PwArray.h"
-#include "toolkit/core/PwErrorStatus.h"
-#include "toolkit/core/PwString.h"
-#include "toolkit/db/PwDbDatabase.h"
-#include "toolkit/dgn/PwDbDgnConvertOptions.h"
-#include "toolkit/dgn/PwDbDgnConvertReport.h"
-#include "toolkit/dgn/PwDbDgnRefFileData.h"
+#include <lodeqdb/toolkit/core/PwArray.h>
+#include <lodeqdb/toolkit/core/PwErrorStatus.h>
+#include <lodeqdb/toolkit/core/PwString.h>
+#include <lodeqdb/toolkit/db/PwDbDatabase.h>
+#include <lodeqdb/toolkit/dgn/PwDbDgnConvertOptions.h>
+#include <lodeqdb/toolkit/dgn/PwDbDgnConvertReport.h>
+#include <lodeqdb/toolkit/dgn/PwDbDgnRefFileData.h>
 #include "toolkit/dgn/PwDgnIOEntryPoints.h"
-#include "toolkit/rx/PwRxModules.h"
+#include <lodeqdb/toolkit/rx/PwRxModules.h>
 
 using Plotwright::ErrorStatus;
 

@@ -1,10 +1,10 @@
 // The module "PwXopen.qmx": opens references again from disk, on behalf of callers that bind
 // it by name (the service "PlotwrightXopen").
-#include "toolkit/core/PwArray.h"
-#include "toolkit/core/PwErrorStatus.h"
-#include "toolkit/db/PwDbObjectId.h"
-#include "toolkit/rx/PwRxModules.h"
-#include "toolkit/xref/PwDbXrefs.h"
+#include <lodeqdb/toolkit/core/PwArray.h>
+#include <lodeqdb/toolkit/core/PwErrorStatus.h>
+#include <lodeqdb/toolkit/db/PwDbObjectId.h>
+#include <lodeqdb/toolkit/rx/PwRxModules.h>
+#include <lodeqdb/toolkit/xref/PwDbXrefs.h>
 
 extern "C" {
 

@@ -8,8 +8,8 @@
 #include <string>
 
 #include "support/TempFolderTest.h"
-#include "toolkit/db/PwDbAuthoring.h"
-#include "toolkit/db/PwDbDatabase.h"
+#include <lodeqdb/toolkit/db/PwDbAuthoring.h>
+#include <lodeqdb/toolkit/db/PwDbDatabase.h>
 
 namespace lodeqdbtest {
 

@@ -1,6 +1,6 @@
 // Gearmark model document references through the library: the three forms of the question on
 // drawings on disk, redirection information, unpacking the carried file, and the pattern.
-#include "contents/GearmarkRef.h"
+#include <lodeqdb/contents/GearmarkRef.h>
 
 #include <gtest/gtest.h>
 
@@ -8,11 +8,11 @@
 #include <regex>
 
 #include "DrawingFiles.h"
-#include "platform/LodeExceptions.h"
-#include "toolkit/core/PwString.h"
-#include "toolkit/modeldoc/PwModelDocAuthoring.h"
-#include "toolkit/modeldoc/PwModelDocObjUtil.h"
-#include "toolkit/modeldoc/PwModelDocObjects.h"
+#include <lodeqdb/platform/LodeExceptions.h>
+#include <lodeqdb/toolkit/core/PwString.h>
+#include <lodeqdb/toolkit/modeldoc/PwModelDocAuthoring.h>
+#include <lodeqdb/toolkit/modeldoc/PwModelDocObjUtil.h>
+#include <lodeqdb/toolkit/modeldoc/PwModelDocObjects.h>
 
 namespace {
 

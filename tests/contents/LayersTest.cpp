@@ -1,14 +1,14 @@
 // The layers of drawings on disk as plain records: order, flags, descriptions, skipped
 // layers, and the failures of both forms.
-#include "contents/Layers.h"
+#include <lodeqdb/contents/Layers.h>
 
 #include <gtest/gtest.h>
 
 #include "DrawingFiles.h"
-#include "platform/LodeExceptions.h"
-#include "toolkit/db/PwDbLayerTable.h"
-#include "toolkit/db/PwDbObjectPointer.h"
-#include "toolkit/pal/PwHeap.h"
+#include <lodeqdb/platform/LodeExceptions.h>
+#include <lodeqdb/toolkit/db/PwDbLayerTable.h>
+#include <lodeqdb/toolkit/db/PwDbObjectPointer.h>
+#include <lodeqdb/toolkit/pal/PwHeap.h>
 
 namespace {
 

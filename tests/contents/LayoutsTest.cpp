@@ -1,15 +1,15 @@
 // Layouts and named plot settings of drawings on disk: paper sizes, model or paper, the
 // filters, the sort by tab order, entries left out, and a missing settings dictionary.
-#include "contents/Layouts.h"
+#include <lodeqdb/contents/Layouts.h>
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 
 #include "DrawingFiles.h"
-#include "toolkit/db/PwDbDictionary.h"
-#include "toolkit/db/PwDbLayout.h"
-#include "toolkit/db/PwDbObjectPointer.h"
+#include <lodeqdb/toolkit/db/PwDbDictionary.h>
+#include <lodeqdb/toolkit/db/PwDbLayout.h>
+#include <lodeqdb/toolkit/db/PwDbObjectPointer.h>
 
 namespace {
 

@@ -7,8 +7,8 @@
 
 #include "dgn/DgnTestSupport.h"
 #include "support/TempFolderTest.h"
-#include "toolkit/db/PwDbCurves.h"
-#include "toolkit/db/PwDbObjectPointer.h"
+#include <lodeqdb/toolkit/db/PwDbCurves.h>
+#include <lodeqdb/toolkit/db/PwDbObjectPointer.h>
 
 namespace {
 

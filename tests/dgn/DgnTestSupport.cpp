@@ -1,12 +1,12 @@
 #include "dgn/DgnTestSupport.h"
 
-#include "toolkit/db/PwDbBlockTable.h"
-#include "toolkit/db/PwDbHostApplicationServices.h"
-#include "toolkit/db/PwDbLayerTable.h"
-#include "toolkit/db/PwDbObjectPointer.h"
-#include "toolkit/dgn/PwDbDgnReferences.h"
-#include "toolkit/rx/PwRxClass.h"
-#include "toolkit/rx/PwRxModules.h"
+#include <lodeqdb/toolkit/db/PwDbBlockTable.h>
+#include <lodeqdb/toolkit/db/PwDbHostApplicationServices.h>
+#include <lodeqdb/toolkit/db/PwDbLayerTable.h>
+#include <lodeqdb/toolkit/db/PwDbObjectPointer.h>
+#include <lodeqdb/toolkit/dgn/PwDbDgnReferences.h>
+#include <lodeqdb/toolkit/rx/PwRxClass.h>
+#include <lodeqdb/toolkit/rx/PwRxModules.h>
 #include "toolkit/dgn/PwDgnIOEntryPoints.h"
 
 namespace dgntest {

@@ -8,18 +8,18 @@
 #include <string>
 #include <vector>
 
-#include "lodeutil/WideString.h"
+#include <lodeqdb/lodeutil/WideString.h>
 #include "modules/dgn/DgnConvertReport.h"
 #include "modules/dgn/DgnV7DesignFile.h"
 #include "modules/dgn/DgnV7Translator.h"
 #include "support/DrawingReadBack.h"
-#include "toolkit/core/PwArray.h"
-#include "toolkit/core/PwString.h"
-#include "toolkit/db/PwDbDatabase.h"
-#include "toolkit/db/PwDbObjectId.h"
-#include "toolkit/dgn/PwDbDgnConvertOptions.h"
-#include "toolkit/dgn/PwDbDgnConvertReport.h"
-#include "toolkit/dgn/PwDbDgnRefFileData.h"
+#include <lodeqdb/toolkit/core/PwArray.h>
+#include <lodeqdb/toolkit/core/PwString.h>
+#include <lodeqdb/toolkit/db/PwDbDatabase.h>
+#include <lodeqdb/toolkit/db/PwDbObjectId.h>
+#include <lodeqdb/toolkit/dgn/PwDbDgnConvertOptions.h>
+#include <lodeqdb/toolkit/dgn/PwDbDgnConvertReport.h>
+#include <lodeqdb/toolkit/dgn/PwDbDgnRefFileData.h>
 #include "toolkit/dgn/PwDgnIOEntryPoints.h"
 #include "tools/dgnwriter/DgnV7Writer.h"
 

@@ -7,7 +7,7 @@
 #include <sys/stat.h>
 
 #include "dgn/DgnTestSupport.h"
-#include "lodeutil/Utf.h"
+#include <lodeqdb/lodeutil/Utf.h>
 #include "support/TempFolderTest.h"
 
 namespace {

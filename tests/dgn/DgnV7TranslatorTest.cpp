@@ -8,15 +8,15 @@
 #include <numbers>
 
 #include "dgn/DgnTestSupport.h"
-#include "lodeutil/Utf.h"
+#include <lodeqdb/lodeutil/Utf.h>
 #include "modules/dgn/DgnV7Reader.h"
-#include "toolkit/db/PwDbAuthoring.h"
-#include "toolkit/db/PwDbBlockReference.h"
-#include "toolkit/db/PwDbCurves.h"
-#include "toolkit/db/PwDbEntity.h"
-#include "toolkit/db/PwDbObjectPointer.h"
-#include "toolkit/db/PwDbPolyline.h"
-#include "toolkit/db/PwDbText.h"
+#include <lodeqdb/toolkit/db/PwDbAuthoring.h>
+#include <lodeqdb/toolkit/db/PwDbBlockReference.h>
+#include <lodeqdb/toolkit/db/PwDbCurves.h>
+#include <lodeqdb/toolkit/db/PwDbEntity.h>
+#include <lodeqdb/toolkit/db/PwDbObjectPointer.h>
+#include <lodeqdb/toolkit/db/PwDbPolyline.h>
+#include <lodeqdb/toolkit/db/PwDbText.h>
 
 namespace {
 

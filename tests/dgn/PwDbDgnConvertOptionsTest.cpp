@@ -1,6 +1,6 @@
 // The options record the service library hands to the module: its size, its field offsets and
 // the values it starts with.
-#include "toolkit/dgn/PwDbDgnConvertOptions.h"
+#include <lodeqdb/toolkit/dgn/PwDbDgnConvertOptions.h>
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 // PwDbDgnRefFileRepath: attaching to a design file, its attachments by index and by id, and
 // what a failed attach leaves.
-#include "toolkit/dgn/PwDbDgnRefFileRepath.h"
+#include <lodeqdb/toolkit/dgn/PwDbDgnRefFileRepath.h>
 
 #include <gtest/gtest.h>
 

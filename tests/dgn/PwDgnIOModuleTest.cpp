@@ -7,10 +7,10 @@
 #include "dgn/DgnTestSupport.h"
 #include "modules/dgn/DgnV7Reader.h"
 #include "support/TempFolderTest.h"
-#include "toolkit/db/PwDbCurves.h"
-#include "toolkit/db/PwDbObjectPointer.h"
-#include "toolkit/dgn/PwDbDgnReferences.h"
-#include "toolkit/rx/PwRxModules.h"
+#include <lodeqdb/toolkit/db/PwDbCurves.h>
+#include <lodeqdb/toolkit/db/PwDbObjectPointer.h>
+#include <lodeqdb/toolkit/dgn/PwDbDgnReferences.h>
+#include <lodeqdb/toolkit/rx/PwRxModules.h>
 #include "toolkit/dgn/PwDgnIOEntryPoints.h"
 
 namespace {

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "identification/AppInfo.h"
+#include <lodeqdb/identification/AppInfo.h>
 
 namespace lodeqdbidtest {
 

@@ -1,11 +1,13 @@
 // The header reader on files built byte by byte: signatures, scan starts, the marker's bound,
 // strings of every size, and files that end too soon.
-#include "identification/AppInfo.h"
+#include <lodeqdb/identification/AppInfo.h>
+
+#include "identification/BufferedFile.h"
 
 #include <gtest/gtest.h>
 
 #include "AppInfoFileBuilder.h"
-#include "identification/HeaderVersion.h"
+#include <lodeqdb/identification/HeaderVersion.h>
 #include "support/TempFolderTest.h"
 
 namespace {
@@ -245,8 +247,8 @@ TEST(BufferedFileReads, NothingIsAlwaysDeliveredAndLongMarkersAreRefused) {
 
 }  // namespace
 
-#include "toolkit/db/PwDbAuthoring.h"
-#include "toolkit/db/PwDbHostApplicationServices.h"
+#include <lodeqdb/toolkit/db/PwDbAuthoring.h>
+#include <lodeqdb/toolkit/db/PwDbHostApplicationServices.h>
 
 namespace {
 

@@ -1,15 +1,15 @@
 // The generation and the kind of application of drawings written by the toolkit.
 #include <gtest/gtest.h>
 
-#include "identification/CreatorKind.h"
-#include "identification/FileFormat.h"
-#include "identification/PropertySet.h"
-#include "platform/LodeExceptions.h"
+#include <lodeqdb/identification/CreatorKind.h>
+#include <lodeqdb/identification/FileFormat.h>
+#include <lodeqdb/identification/PropertySet.h>
+#include <lodeqdb/platform/LodeExceptions.h>
 #include "support/TempFolderTest.h"
-#include "toolkit/db/PwDbAuthoring.h"
-#include "toolkit/db/PwDbDictionary.h"
-#include "toolkit/db/PwDbHostApplicationServices.h"
-#include "toolkit/db/PwDbProxyObject.h"
+#include <lodeqdb/toolkit/db/PwDbAuthoring.h>
+#include <lodeqdb/toolkit/db/PwDbDictionary.h>
+#include <lodeqdb/toolkit/db/PwDbHostApplicationServices.h>
+#include <lodeqdb/toolkit/db/PwDbProxyObject.h>
 
 namespace {
 

@@ -1,5 +1,5 @@
 // Property sets and GUID texts, read by exact substrings.
-#include "identification/PropertySet.h"
+#include <lodeqdb/identification/PropertySet.h>
 
 #include <gtest/gtest.h>
 

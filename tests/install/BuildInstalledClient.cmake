@@ -1,4 +1,4 @@
-# cmake -DBUILD_DIR=... -DCLIENT_SOURCE=... -DWORK_DIR=... -DCXX_COMPILER=... -P this
+# cmake -DBUILD_DIR=... -DSOURCE_DIR=... -DCLIENT_SOURCE=... -DWORK_DIR=... -DCXX_COMPILER=... -P this
 function(run)
     execute_process(COMMAND ${ARGN} RESULT_VARIABLE result OUTPUT_VARIABLE out ERROR_VARIABLE err)
     if(NOT result EQUAL 0)
@@ -10,12 +10,36 @@ endfunction()
 file(REMOVE_RECURSE "${WORK_DIR}")
 set(prefix "${WORK_DIR}/prefix")
 run(${CMAKE_COMMAND} --install "${BUILD_DIR}" --prefix "${prefix}")
+# The installed headers are exactly the public interface, include/lodeqdb/ of the source tree:
+# no internal header (one that lives beside its sources) is ever installed.
+file(GLOB_RECURSE installed RELATIVE "${prefix}/include" "${prefix}/include/*")
+file(GLOB_RECURSE public RELATIVE "${SOURCE_DIR}/include" "${SOURCE_DIR}/include/lodeqdb/*.h")
+list(SORT installed)
+list(SORT public)
+if(NOT installed STREQUAL public)
+    set(extra ${installed})
+    list(REMOVE_ITEM extra ${public})
+    set(missing ${public})
+    list(REMOVE_ITEM missing ${installed})
+    message(FATAL_ERROR "installed headers differ from include/lodeqdb/\n"
+                        "installed but not public: ${extra}\npublic but not installed: ${missing}")
+endif()
+foreach(header IN LISTS installed)
+    string(REGEX REPLACE "^lodeqdb/" "" relative "${header}")
+    if(EXISTS "${SOURCE_DIR}/${relative}")
+        message(FATAL_ERROR "${header} is also an internal header: ${SOURCE_DIR}/${relative}")
+    endif()
+endforeach()
+list(LENGTH installed installed_count)
+message("installed headers: ${installed_count}, all of them public")
+
 run(${CMAKE_COMMAND} -S "${CLIENT_SOURCE}" -B "${WORK_DIR}/client" -G Ninja
     -DCMAKE_CXX_COMPILER=${CXX_COMPILER} -DCMAKE_PREFIX_PATH=${prefix})
 run(${CMAKE_COMMAND} --build "${WORK_DIR}/client")
+run("${WORK_DIR}/client/lodeqdb_all_headers")
 run("${WORK_DIR}/client/lodeqdb_client")
 message("${last_output}")
-foreach(expected "could not be read" "konnte nicht gelesen werden" "/tmp/drawing.plw")
+foreach(expected "plan.plw" "gone.plw (missing)" "could not be read" "konnte nicht gelesen werden" "/tmp/drawing.plw")
     string(FIND "${last_output}" "${expected}" position)
     if(position EQUAL -1)
         message(FATAL_ERROR "the client's output lacks \"${expected}\"")

@@ -5,11 +5,11 @@
 #include <thread>
 #include <vector>
 
-#include "platform/LodeExceptions.h"
-#include "platform/MessageTexts.h"
-#include "platform/ThrowLodeExceptionOnFile.h"
-#include "toolkit/rx/PwRxDictionary.h"
-#include "toolkit/rx/PwRxDynamicLinker.h"
+#include <lodeqdb/platform/LodeExceptions.h>
+#include <lodeqdb/platform/MessageTexts.h>
+#include <lodeqdb/platform/ThrowLodeExceptionOnFile.h>
+#include <lodeqdb/toolkit/rx/PwRxDictionary.h>
+#include <lodeqdb/toolkit/rx/PwRxDynamicLinker.h>
 
 namespace {
 

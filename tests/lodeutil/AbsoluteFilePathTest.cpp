@@ -1,5 +1,5 @@
 // Tests for AbsoluteFilePath: lexical normalisation, current-directory resolution, comparison.
-#include "lodeutil/AbsoluteFilePath.h"
+#include <lodeqdb/lodeutil/AbsoluteFilePath.h>
 
 #include <gtest/gtest.h>
 #include <unistd.h>
@@ -8,8 +8,8 @@
 #include <string>
 #include <vector>
 
-#include "lodeutil/FileSystem.h"
-#include "lodeutil/Utf.h"
+#include <lodeqdb/lodeutil/FileSystem.h>
+#include <lodeqdb/lodeutil/Utf.h>
 
 namespace LodeUtil {
 namespace {

@@ -1,5 +1,5 @@
 // The counted UTF-16 string.
-#include "lodeutil/BStr.h"
+#include <lodeqdb/lodeutil/BStr.h>
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 // Tests for the file-system boundary, in a fresh temporary directory per test.
-#include "lodeutil/FileSystem.h"
+#include <lodeqdb/lodeutil/FileSystem.h>
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -13,8 +13,8 @@
 #include <string>
 #include <vector>
 
-#include "lodeutil/Path.h"
-#include "lodeutil/Utf.h"
+#include <lodeqdb/lodeutil/Path.h>
+#include <lodeqdb/lodeutil/Utf.h>
 
 namespace LodeUtil {
 namespace {

@@ -1,10 +1,10 @@
 // Tests for the extension-based file kind checks.
-#include "lodeutil/FileUtil.h"
+#include <lodeqdb/lodeutil/FileUtil.h>
 
 #include <gtest/gtest.h>
 
-#include "lodeutil/Path.h"
-#include "lodeutil/Utf.h"
+#include <lodeqdb/lodeutil/Path.h>
+#include <lodeqdb/lodeutil/Utf.h>
 
 namespace LodeUtil {
 namespace {

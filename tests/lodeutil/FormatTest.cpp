@@ -1,5 +1,5 @@
 // Numbered-placeholder formatting.
-#include "lodeutil/Format.h"
+#include <lodeqdb/lodeutil/Format.h>
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 // Locale ids and tags.
-#include "lodeutil/LocaleId.h"
+#include <lodeqdb/lodeutil/LocaleId.h>
 
 #include <gtest/gtest.h>
 

@@ -1,12 +1,12 @@
 // Tests for the path text functions: one table of paths in Windows and POSIX form, one of joins.
-#include "lodeutil/Path.h"
+#include <lodeqdb/lodeutil/Path.h>
 
 #include <gtest/gtest.h>
 
 #include <iterator>
 #include <string>
 
-#include "lodeutil/Utf.h"
+#include <lodeqdb/lodeutil/Utf.h>
 
 namespace LodeUtil {
 namespace {

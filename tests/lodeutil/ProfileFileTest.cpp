@@ -1,5 +1,5 @@
 // Section-and-key files written as the host system's profile writer writes them.
-#include "lodeutil/ProfileFile.h"
+#include <lodeqdb/lodeutil/ProfileFile.h>
 
 #include <gtest/gtest.h>
 #include <stdlib.h>
@@ -10,7 +10,7 @@
 #include <iterator>
 #include <string>
 
-#include "lodeutil/Utf.h"
+#include <lodeqdb/lodeutil/Utf.h>
 
 namespace {
 

@@ -1,11 +1,11 @@
 // Modules and the resource modules of message texts, on the modules this build made.
-#include "lodeutil/Resources.h"
+#include <lodeqdb/lodeutil/Resources.h>
 
 #include <gtest/gtest.h>
 
-#include "lodeutil/AbsoluteFilePath.h"
-#include "lodeutil/Module.h"
-#include "lodeutil/Utf.h"
+#include <lodeqdb/lodeutil/AbsoluteFilePath.h>
+#include <lodeqdb/lodeutil/Module.h>
+#include <lodeqdb/lodeutil/Utf.h>
 
 namespace {
 

@@ -1,5 +1,5 @@
 // Copying, ordering, replacing and trimming wide strings.
-#include "lodeutil/Strings.h"
+#include <lodeqdb/lodeutil/Strings.h>
 
 #include <gtest/gtest.h>
 

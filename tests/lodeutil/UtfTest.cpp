@@ -1,5 +1,5 @@
 // UTF-16 and UTF-8 at the operating-system boundary.
-#include "lodeutil/Utf.h"
+#include <lodeqdb/lodeutil/Utf.h>
 
 #include <gtest/gtest.h>
 

@@ -1,11 +1,11 @@
 // Walking a block table with begin() and end(), every odd rule included.
-#include "platform/BlockTableIterators.h"
+#include <lodeqdb/platform/BlockTableIterators.h>
 
 #include <gtest/gtest.h>
 
 #include <vector>
 
-#include "toolkit/db/PwDbAuthoring.h"
+#include <lodeqdb/toolkit/db/PwDbAuthoring.h>
 
 namespace {
 

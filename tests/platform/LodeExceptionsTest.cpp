@@ -1,5 +1,5 @@
 // The exception classes: codes, fields, copies, what().
-#include "platform/LodeExceptions.h"
+#include <lodeqdb/platform/LodeExceptions.h>
 
 #include <gtest/gtest.h>
 

@@ -2,24 +2,24 @@
 // block records and dictionaries in wide strings, filer items and previews.
 #include <gtest/gtest.h>
 
-#include "platform/AutoObjectUpgrader.h"
-#include "platform/BlockTableRecordAccess.h"
-#include "platform/DictionaryAccess.h"
-#include "platform/FilerItems.h"
-#include "platform/ObjectPointer.h"
-#include "platform/PreviewBitmap.h"
-#include "platform/SetWorkingDBMgr.h"
+#include <lodeqdb/platform/AutoObjectUpgrader.h>
+#include <lodeqdb/platform/BlockTableRecordAccess.h>
+#include <lodeqdb/platform/DictionaryAccess.h>
+#include <lodeqdb/platform/FilerItems.h>
+#include <lodeqdb/platform/ObjectPointer.h>
+#include <lodeqdb/platform/PreviewBitmap.h>
+#include <lodeqdb/platform/SetWorkingDBMgr.h>
 #include "support/TempFolderTest.h"
-#include "toolkit/db/PwDbAuthoring.h"
-#include "toolkit/db/PwDbBlockTable.h"
-#include "toolkit/db/PwDbHostApplicationServices.h"
-#include "toolkit/db/PwDbLayout.h"
-#include "toolkit/db/PwDbMemoryFiler.h"
+#include <lodeqdb/toolkit/db/PwDbAuthoring.h>
+#include <lodeqdb/toolkit/db/PwDbBlockTable.h>
+#include <lodeqdb/toolkit/db/PwDbHostApplicationServices.h>
+#include <lodeqdb/toolkit/db/PwDbLayout.h>
+#include <lodeqdb/toolkit/db/PwDbMemoryFiler.h>
 #include "toolkit/file/PwDbDrawingImage.h"
-#include "toolkit/image/PwDbImageAuthoring.h"
-#include "toolkit/image/PwDbRasterImageDef.h"
-#include "toolkit/xref/PwDbXrefAuthoring.h"
-#include "toolkit/xref/PwDbXrefs.h"
+#include <lodeqdb/toolkit/image/PwDbImageAuthoring.h>
+#include <lodeqdb/toolkit/image/PwDbRasterImageDef.h>
+#include <lodeqdb/toolkit/xref/PwDbXrefAuthoring.h>
+#include <lodeqdb/toolkit/xref/PwDbXrefs.h>
 
 namespace {
 

@@ -1,11 +1,11 @@
 // Status to exception: which class each status value becomes.
-#include "platform/ThrowLodeExceptionOnFile.h"
+#include <lodeqdb/platform/ThrowLodeExceptionOnFile.h>
 
 #include <gtest/gtest.h>
 
 #include <string>
 
-#include "platform/LodeExceptions.h"
+#include <lodeqdb/platform/LodeExceptions.h>
 
 namespace {
 

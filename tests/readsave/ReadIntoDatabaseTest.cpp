@@ -1,15 +1,15 @@
 // The library's doors for reading drawing files: by extension, in which mode, with which
 // exception, and whether references are resolved.
-#include "readsave/ReadIntoDatabase.h"
+#include <lodeqdb/readsave/ReadIntoDatabase.h>
 
 #include <gtest/gtest.h>
 
-#include "platform/LodeExceptions.h"
+#include <lodeqdb/platform/LodeExceptions.h>
 #include "support/TempFolderTest.h"
-#include "toolkit/db/PwDbAuthoring.h"
-#include "toolkit/db/PwDbBlockTable.h"
-#include "toolkit/db/PwDbObjectPointer.h"
-#include "toolkit/xref/PwDbXrefAuthoring.h"
+#include <lodeqdb/toolkit/db/PwDbAuthoring.h>
+#include <lodeqdb/toolkit/db/PwDbBlockTable.h>
+#include <lodeqdb/toolkit/db/PwDbObjectPointer.h>
+#include <lodeqdb/toolkit/xref/PwDbXrefAuthoring.h>
 
 namespace {
 

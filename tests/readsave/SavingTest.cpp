@@ -1,13 +1,13 @@
 // Saving in the drawing's own generation or a named one, natively and as exchange files.
-#include "readsave/Saving.h"
+#include <lodeqdb/readsave/Saving.h>
 
 #include <gtest/gtest.h>
 
-#include "identification/FileFormat.h"
-#include "lodeutil/FileSystem.h"
+#include <lodeqdb/identification/FileFormat.h>
+#include <lodeqdb/lodeutil/FileSystem.h>
 #include "support/TempFolderTest.h"
-#include "toolkit/db/PwDbAuthoring.h"
-#include "toolkit/db/PwDbHostApplicationServices.h"
+#include <lodeqdb/toolkit/db/PwDbAuthoring.h>
+#include <lodeqdb/toolkit/db/PwDbHostApplicationServices.h>
 
 namespace {
 

@@ -8,16 +8,17 @@
 #include <sstream>
 #include <string>
 
-#include "lodeutil/Path.h"
-#include "platform/LodeExceptions.h"
-#include "readsave/DgnModule.h"
-#include "readsave/DgnTranslation.h"
-#include "service/DgnChildren.h"
-#include "service/FileClassification.h"
-#include "toolkit/db/PwDbDatabase.h"
-#include "toolkit/db/PwDbHostApplicationServices.h"
-#include "toolkit/dgn/PwDbDgnRefFileRepath.h"
-#include "toolkit/rx/PwRxModules.h"
+#include <lodeqdb/lodeutil/Path.h>
+#include <lodeqdb/platform/LodeExceptions.h>
+#include "readsave/DgnBinding.h"
+#include <lodeqdb/readsave/DgnModule.h>
+#include <lodeqdb/readsave/DgnTranslation.h>
+#include <lodeqdb/service/DgnChildren.h>
+#include <lodeqdb/service/FileClassification.h>
+#include <lodeqdb/toolkit/db/PwDbDatabase.h>
+#include <lodeqdb/toolkit/db/PwDbHostApplicationServices.h>
+#include <lodeqdb/toolkit/dgn/PwDbDgnRefFileRepath.h>
+#include <lodeqdb/toolkit/rx/PwRxModules.h>
 #include "toolkit/dgn/PwDgnIOEntryPoints.h"
 
 namespace {

@@ -5,11 +5,11 @@
 #include <cstddef>
 #include <set>
 
-#include "toolkit/core/PwArray.h"
-#include "toolkit/core/PwString.h"
-#include "toolkit/dgn/PwDbDgnConvertOptions.h"
-#include "toolkit/dgn/PwDbDgnRefFileData.h"
-#include "toolkit/rx/PwRxModules.h"
+#include <lodeqdb/toolkit/core/PwArray.h>
+#include <lodeqdb/toolkit/core/PwString.h>
+#include <lodeqdb/toolkit/dgn/PwDbDgnConvertOptions.h>
+#include <lodeqdb/toolkit/dgn/PwDbDgnRefFileData.h>
+#include <lodeqdb/toolkit/rx/PwRxModules.h>
 
 namespace {
 

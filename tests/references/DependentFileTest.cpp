@@ -1,11 +1,11 @@
 // Finding a dependent's file: the stored path, made absolute against the host, then the bare
 // name beside the host.
-#include "references/DependentFile.h"
+#include <lodeqdb/references/DependentFile.h>
 
 #include <gtest/gtest.h>
 
 #include "support/TempFolderTest.h"
-#include "toolkit/db/PwDbDatabase.h"
+#include <lodeqdb/toolkit/db/PwDbDatabase.h>
 
 namespace {
 

@@ -1,20 +1,20 @@
 // Raster image and underlay definitions as the library reads and reloads them.
 #include <gtest/gtest.h>
 
-#include "references/RasterImageAccess.h"
-#include "references/UnderlayAccess.h"
+#include <lodeqdb/references/RasterImageAccess.h>
+#include <lodeqdb/references/UnderlayAccess.h>
 #include "support/TempFolderTest.h"
-#include "toolkit/db/PwDbAuthoring.h"
-#include "toolkit/db/PwDbCurves.h"
-#include "toolkit/db/PwDbDictionary.h"
-#include "toolkit/db/PwDbHostApplicationServices.h"
-#include "toolkit/image/PwDbImageAuthoring.h"
+#include <lodeqdb/toolkit/db/PwDbAuthoring.h>
+#include <lodeqdb/toolkit/db/PwDbCurves.h>
+#include <lodeqdb/toolkit/db/PwDbDictionary.h>
+#include <lodeqdb/toolkit/db/PwDbHostApplicationServices.h>
+#include <lodeqdb/toolkit/image/PwDbImageAuthoring.h>
 #include "toolkit/pal/PwHeapFaults.h"
-#include "toolkit/underlay/PwDbUnderlayAuthoring.h"
-#include "toolkit/underlay/PwDbUnderlayDefinition.h"
-#include "toolkit/underlay/PwDbUnderlayReference.h"
-#include "toolkit/xref/PwDbXrefAuthoring.h"
-#include "toolkit/xref/PwDbXrefs.h"
+#include <lodeqdb/toolkit/underlay/PwDbUnderlayAuthoring.h>
+#include <lodeqdb/toolkit/underlay/PwDbUnderlayDefinition.h>
+#include <lodeqdb/toolkit/underlay/PwDbUnderlayReference.h>
+#include <lodeqdb/toolkit/xref/PwDbXrefAuthoring.h>
+#include <lodeqdb/toolkit/xref/PwDbXrefs.h>
 
 namespace {
 

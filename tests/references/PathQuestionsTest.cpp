@@ -1,10 +1,10 @@
 // Absolute paths, URLs, a database's path and a reference drawing's original path.
-#include "references/PathQuestions.h"
+#include <lodeqdb/references/PathQuestions.h>
 
 #include <gtest/gtest.h>
 
-#include "toolkit/db/PwDbDatabase.h"
-#include "toolkit/db/PwDbHostApplicationServices.h"
+#include <lodeqdb/toolkit/db/PwDbDatabase.h>
+#include <lodeqdb/toolkit/db/PwDbHostApplicationServices.h>
 
 namespace {
 

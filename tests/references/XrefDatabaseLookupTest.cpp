@@ -1,15 +1,15 @@
 // Finding loaded reference drawings by path and by block.
-#include "references/XrefDatabaseLookup.h"
+#include <lodeqdb/references/XrefDatabaseLookup.h>
 
 #include <gtest/gtest.h>
 
 #include "support/TempFolderTest.h"
-#include "toolkit/db/PwDbAuthoring.h"
-#include "toolkit/db/PwDbBlockTable.h"
-#include "toolkit/db/PwDbObjectPointer.h"
-#include "toolkit/xref/PwDbXrefAuthoring.h"
-#include "toolkit/xref/PwDbXrefGraph.h"
-#include "toolkit/xref/PwDbXrefs.h"
+#include <lodeqdb/toolkit/db/PwDbAuthoring.h>
+#include <lodeqdb/toolkit/db/PwDbBlockTable.h>
+#include <lodeqdb/toolkit/db/PwDbObjectPointer.h>
+#include <lodeqdb/toolkit/xref/PwDbXrefAuthoring.h>
+#include <lodeqdb/toolkit/xref/PwDbXrefGraph.h>
+#include <lodeqdb/toolkit/xref/PwDbXrefs.h>
 
 namespace {
 

@@ -1,14 +1,14 @@
 // The full path of a reference: loaded drawings first, then the stored path against the host.
-#include "references/XrefPath.h"
+#include <lodeqdb/references/XrefPath.h>
 
 #include <gtest/gtest.h>
 
 #include "support/TempFolderTest.h"
-#include "toolkit/db/PwDbAuthoring.h"
-#include "toolkit/db/PwDbBlockTable.h"
-#include "toolkit/db/PwDbObjectPointer.h"
-#include "toolkit/xref/PwDbXrefAuthoring.h"
-#include "toolkit/xref/PwDbXrefs.h"
+#include <lodeqdb/toolkit/db/PwDbAuthoring.h>
+#include <lodeqdb/toolkit/db/PwDbBlockTable.h>
+#include <lodeqdb/toolkit/db/PwDbObjectPointer.h>
+#include <lodeqdb/toolkit/xref/PwDbXrefAuthoring.h>
+#include <lodeqdb/toolkit/xref/PwDbXrefs.h>
 
 namespace {
 

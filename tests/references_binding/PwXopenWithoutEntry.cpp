@@ -1,5 +1,5 @@
 // A stand-in "PwXopen.qmx" that registers the service but exports no function for it.
-#include "toolkit/rx/PwRxModules.h"
+#include <lodeqdb/toolkit/rx/PwRxModules.h>
 
 extern "C" bool pwrxModuleInitialize() {
     return pwrxRegisterService(u"PlotwrightXopen");

@@ -3,16 +3,16 @@
 
 #include <cstdlib>
 
-#include "lodeutil/FileSystem.h"
-#include "references/XrefOpening.h"
+#include <lodeqdb/lodeutil/FileSystem.h>
+#include <lodeqdb/references/XrefOpening.h>
 #include "support/TempFolderTest.h"
-#include "toolkit/db/PwDbAuthoring.h"
-#include "toolkit/db/PwDbBlockTable.h"
-#include "toolkit/db/PwDbObjectPointer.h"
-#include "toolkit/db/PwDbText.h"
-#include "toolkit/rx/PwRxModules.h"
-#include "toolkit/xref/PwDbXrefAuthoring.h"
-#include "toolkit/xref/PwDbXrefs.h"
+#include <lodeqdb/toolkit/db/PwDbAuthoring.h>
+#include <lodeqdb/toolkit/db/PwDbBlockTable.h>
+#include <lodeqdb/toolkit/db/PwDbObjectPointer.h>
+#include <lodeqdb/toolkit/db/PwDbText.h>
+#include <lodeqdb/toolkit/rx/PwRxModules.h>
+#include <lodeqdb/toolkit/xref/PwDbXrefAuthoring.h>
+#include <lodeqdb/toolkit/xref/PwDbXrefs.h>
 
 namespace {
 

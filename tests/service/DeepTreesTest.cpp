@@ -6,12 +6,12 @@
 #include <string>
 #include <vector>
 
-#include "readsave/ReadIntoDatabase.h"
-#include "service/ChildrenQuery.h"
-#include "service/TreeWalks.h"
+#include <lodeqdb/readsave/ReadIntoDatabase.h>
+#include <lodeqdb/service/ChildrenQuery.h>
+#include <lodeqdb/service/TreeWalks.h>
 #include "support/ReferenceTrees.h"
 #include "support/TempFolderTest.h"
-#include "toolkit/db/PwDbDatabase.h"
+#include <lodeqdb/toolkit/db/PwDbDatabase.h>
 
 namespace {
 

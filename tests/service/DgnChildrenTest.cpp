@@ -1,16 +1,16 @@
 // The references of design files written to disk, read through the real DGN module, and the
 // names the dependency service makes of them.
-#include "service/DgnChildren.h"
+#include <lodeqdb/service/DgnChildren.h>
 
 #include <gtest/gtest.h>
 
 #include <string>
 #include <vector>
 
-#include "lodeutil/Path.h"
-#include "platform/LodeExceptions.h"
-#include "references/PathQuestions.h"
-#include "service/FileClassification.h"
+#include <lodeqdb/lodeutil/Path.h>
+#include <lodeqdb/platform/LodeExceptions.h>
+#include <lodeqdb/references/PathQuestions.h>
+#include <lodeqdb/service/FileClassification.h>
 #include "support/TempFolderTest.h"
 #include "tools/dgnwriter/DgnV7Writer.h"
 

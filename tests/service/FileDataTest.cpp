@@ -1,12 +1,12 @@
 // File records: construction, accessors and the comparison by full name alone.
-#include "service/FileData.h"
+#include <lodeqdb/service/FileData.h>
 
 #include <gtest/gtest.h>
 
 #include <set>
 #include <utility>
 
-#include "toolkit/db/PwDbDatabase.h"
+#include <lodeqdb/toolkit/db/PwDbDatabase.h>
 
 namespace {
 

@@ -1,16 +1,16 @@
 // The name, type and status of each kind of dependency object of a drawing.
 #include <gtest/gtest.h>
 
-#include "service/FileClassification.h"
+#include <lodeqdb/service/FileClassification.h>
 #include "support/TempFolderTest.h"
-#include "toolkit/db/PwDbAuthoring.h"
-#include "toolkit/db/PwDbBlockTable.h"
-#include "toolkit/db/PwDbObjectPointer.h"
-#include "toolkit/image/PwDbImageAuthoring.h"
-#include "toolkit/underlay/PwDbUnderlayAuthoring.h"
-#include "toolkit/underlay/PwDbUnderlayDefinition.h"
-#include "toolkit/xref/PwDbXrefAuthoring.h"
-#include "toolkit/xref/PwDbXrefs.h"
+#include <lodeqdb/toolkit/db/PwDbAuthoring.h>
+#include <lodeqdb/toolkit/db/PwDbBlockTable.h>
+#include <lodeqdb/toolkit/db/PwDbObjectPointer.h>
+#include <lodeqdb/toolkit/image/PwDbImageAuthoring.h>
+#include <lodeqdb/toolkit/underlay/PwDbUnderlayAuthoring.h>
+#include <lodeqdb/toolkit/underlay/PwDbUnderlayDefinition.h>
+#include <lodeqdb/toolkit/xref/PwDbXrefAuthoring.h>
+#include <lodeqdb/toolkit/xref/PwDbXrefs.h>
 
 namespace {
 

@@ -1,21 +1,21 @@
 // Nested children and parents over trees of drawings on disk: order, cycles, diamonds, and the
 // quiet end of a walk that meets a failure.
-#include "service/TreeWalks.h"
+#include <lodeqdb/service/TreeWalks.h>
 
 #include <gtest/gtest.h>
 
 #include <cerrno>
 
-#include "lodeutil/Utf.h"
-#include "platform/LodeExceptions.h"
+#include <lodeqdb/lodeutil/Utf.h>
+#include <lodeqdb/platform/LodeExceptions.h>
 #include "support/TempFolderTest.h"
-#include "toolkit/db/PwDbAuthoring.h"
-#include "toolkit/image/PwDbImageAuthoring.h"
+#include <lodeqdb/toolkit/db/PwDbAuthoring.h>
+#include <lodeqdb/toolkit/image/PwDbImageAuthoring.h>
 #include "toolkit/pal/PwFileSystemCalls.h"
-#include "toolkit/underlay/PwDbUnderlayAuthoring.h"
-#include "toolkit/underlay/PwDbUnderlayDefinition.h"
-#include "toolkit/xref/PwDbXrefAuthoring.h"
-#include "toolkit/xref/PwDbXrefs.h"
+#include <lodeqdb/toolkit/underlay/PwDbUnderlayAuthoring.h>
+#include <lodeqdb/toolkit/underlay/PwDbUnderlayDefinition.h>
+#include <lodeqdb/toolkit/xref/PwDbXrefAuthoring.h>
+#include <lodeqdb/toolkit/xref/PwDbXrefs.h>
 #include "tools/dgnwriter/DgnV7Writer.h"
 
 namespace {

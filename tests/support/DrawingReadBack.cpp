@@ -2,12 +2,12 @@
 
 #include <memory>
 
-#include "toolkit/core/PwString.h"
-#include "toolkit/db/PwDbBlockTable.h"
-#include "toolkit/db/PwDbHostApplicationServices.h"
-#include "toolkit/db/PwDbLayerTable.h"
-#include "toolkit/db/PwDbObjectPointer.h"
-#include "toolkit/rx/PwRxClass.h"
+#include <lodeqdb/toolkit/core/PwString.h>
+#include <lodeqdb/toolkit/db/PwDbBlockTable.h>
+#include <lodeqdb/toolkit/db/PwDbHostApplicationServices.h>
+#include <lodeqdb/toolkit/db/PwDbLayerTable.h>
+#include <lodeqdb/toolkit/db/PwDbObjectPointer.h>
+#include <lodeqdb/toolkit/rx/PwRxClass.h>
 
 namespace lodeqdbtest {
 

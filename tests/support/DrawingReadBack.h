@@ -4,9 +4,9 @@
 
 #include <vector>
 
-#include "lodeutil/WideString.h"
-#include "toolkit/db/PwDbDatabase.h"
-#include "toolkit/db/PwDbObjectId.h"
+#include <lodeqdb/lodeutil/WideString.h>
+#include <lodeqdb/toolkit/db/PwDbDatabase.h>
+#include <lodeqdb/toolkit/db/PwDbObjectId.h>
 
 namespace lodeqdbtest {
 

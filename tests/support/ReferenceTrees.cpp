@@ -4,13 +4,13 @@
 #include <fstream>
 #include <stdexcept>
 
-#include "lodeutil/Utf.h"
-#include "toolkit/db/PwDbAuthoring.h"
+#include <lodeqdb/lodeutil/Utf.h>
+#include <lodeqdb/toolkit/db/PwDbAuthoring.h>
 #include "toolkit/file/PwDbDrawingImage.h"
 #include "toolkit/file/PwDbPlwCodec.h"
-#include "toolkit/underlay/PwDbUnderlayAuthoring.h"
-#include "toolkit/underlay/PwDbUnderlayDefinition.h"
-#include "toolkit/xref/PwDbXrefAuthoring.h"
+#include <lodeqdb/toolkit/underlay/PwDbUnderlayAuthoring.h>
+#include <lodeqdb/toolkit/underlay/PwDbUnderlayDefinition.h>
+#include <lodeqdb/toolkit/xref/PwDbXrefAuthoring.h>
 #include "tools/dgnwriter/DgnV7Writer.h"
 
 namespace lodeqdbtest {

@@ -12,8 +12,8 @@
 #include <string>
 #include <utility>
 
-#include "lodeutil/Utf.h"
-#include "lodeutil/WideString.h"
+#include <lodeqdb/lodeutil/Utf.h>
+#include <lodeqdb/lodeutil/WideString.h>
 #include "toolkit/pal/PwFileSystemCalls.h"
 
 namespace lodeqdbtest {

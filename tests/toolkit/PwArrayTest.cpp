@@ -1,6 +1,6 @@
 // Tests for PwArray: the growth sequence and its 1 MiB cap, failed growth, copies and moves,
 // insertion, removal and search.
-#include "toolkit/core/PwArray.h"
+#include <lodeqdb/toolkit/core/PwArray.h>
 
 #include <gtest/gtest.h>
 

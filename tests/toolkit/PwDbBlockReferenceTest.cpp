@@ -1,13 +1,13 @@
 // Block placements: which block, where, how scaled and turned; their checks, the persistent
 // form and the open protocol.
-#include "toolkit/db/PwDbBlockReference.h"
+#include <lodeqdb/toolkit/db/PwDbBlockReference.h>
 
 #include <gtest/gtest.h>
 
 #include <memory>
 
-#include "toolkit/db/PwDbDatabase.h"
-#include "toolkit/db/PwDbMemoryFiler.h"
+#include <lodeqdb/toolkit/db/PwDbDatabase.h>
+#include <lodeqdb/toolkit/db/PwDbMemoryFiler.h>
 
 #include "PwDbEntityTestSupport.h"
 

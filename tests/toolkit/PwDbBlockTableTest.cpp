@@ -1,17 +1,17 @@
 // Block definitions: their names, entities, iteration, layouts, the references placing them,
 // and their persistent data.
-#include "toolkit/db/PwDbBlockTable.h"
+#include <lodeqdb/toolkit/db/PwDbBlockTable.h>
 
 #include <gtest/gtest.h>
 
 #include <memory>
 #include <vector>
 
-#include "toolkit/db/PwDbBlockReference.h"
-#include "toolkit/db/PwDbDatabase.h"
-#include "toolkit/db/PwDbLayerTable.h"
-#include "toolkit/db/PwDbMemoryFiler.h"
-#include "toolkit/db/PwDbObjectPointer.h"
+#include <lodeqdb/toolkit/db/PwDbBlockReference.h>
+#include <lodeqdb/toolkit/db/PwDbDatabase.h>
+#include <lodeqdb/toolkit/db/PwDbLayerTable.h>
+#include <lodeqdb/toolkit/db/PwDbMemoryFiler.h>
+#include <lodeqdb/toolkit/db/PwDbObjectPointer.h>
 
 namespace {
 

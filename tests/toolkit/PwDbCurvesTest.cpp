@@ -1,5 +1,5 @@
 // Lines, circles and arcs: values and their checks, the persistent form, the open protocol.
-#include "toolkit/db/PwDbCurves.h"
+#include <lodeqdb/toolkit/db/PwDbCurves.h>
 
 #include <gtest/gtest.h>
 
@@ -7,9 +7,9 @@
 #include <memory>
 #include <utility>
 
-#include "toolkit/db/PwDbDatabase.h"
-#include "toolkit/db/PwDbMemoryFiler.h"
-#include "toolkit/rx/PwRxClass.h"
+#include <lodeqdb/toolkit/db/PwDbDatabase.h>
+#include <lodeqdb/toolkit/db/PwDbMemoryFiler.h>
+#include <lodeqdb/toolkit/rx/PwRxClass.h>
 
 #include "PwDbEntityTestSupport.h"
 

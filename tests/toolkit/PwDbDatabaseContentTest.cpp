@@ -1,5 +1,5 @@
 // The contents of a new drawing, and the database's ways to its tables and dictionaries.
-#include "toolkit/db/PwDbDatabase.h"
+#include <lodeqdb/toolkit/db/PwDbDatabase.h>
 #include "toolkit/db/PwDbStub.h"
 
 #include <gtest/gtest.h>
@@ -8,13 +8,13 @@
 #include <set>
 #include <vector>
 
-#include "toolkit/core/PwString.h"
-#include "toolkit/db/PwDbBlockReference.h"
-#include "toolkit/db/PwDbBlockTable.h"
-#include "toolkit/db/PwDbDictionary.h"
-#include "toolkit/db/PwDbLayerTable.h"
-#include "toolkit/db/PwDbLayout.h"
-#include "toolkit/db/PwDbObjectPointer.h"
+#include <lodeqdb/toolkit/core/PwString.h>
+#include <lodeqdb/toolkit/db/PwDbBlockReference.h>
+#include <lodeqdb/toolkit/db/PwDbBlockTable.h>
+#include <lodeqdb/toolkit/db/PwDbDictionary.h>
+#include <lodeqdb/toolkit/db/PwDbLayerTable.h>
+#include <lodeqdb/toolkit/db/PwDbLayout.h>
+#include <lodeqdb/toolkit/db/PwDbObjectPointer.h>
 
 namespace {
 

@@ -1,17 +1,17 @@
 // Dictionaries: filing, finding, replacing, removing and renaming entries, their iteration
 // and their persistent data.
-#include "toolkit/db/PwDbDictionary.h"
+#include <lodeqdb/toolkit/db/PwDbDictionary.h>
 
 #include <gtest/gtest.h>
 
 #include <memory>
 #include <vector>
 
-#include "toolkit/core/PwString.h"
-#include "toolkit/db/PwDbDatabase.h"
-#include "toolkit/db/PwDbLayout.h"
-#include "toolkit/db/PwDbMemoryFiler.h"
-#include "toolkit/db/PwDbObjectPointer.h"
+#include <lodeqdb/toolkit/core/PwString.h>
+#include <lodeqdb/toolkit/db/PwDbDatabase.h>
+#include <lodeqdb/toolkit/db/PwDbLayout.h>
+#include <lodeqdb/toolkit/db/PwDbMemoryFiler.h>
+#include <lodeqdb/toolkit/db/PwDbObjectPointer.h>
 
 namespace {
 

@@ -1,5 +1,5 @@
 // The entity base: opening any kind of entity through the entity form, layers and colours.
-#include "toolkit/db/PwDbEntity.h"
+#include <lodeqdb/toolkit/db/PwDbEntity.h>
 
 #include <gtest/gtest.h>
 
@@ -9,13 +9,13 @@
 #include <memory>
 #include <variant>
 
-#include "toolkit/db/PwDbBlockReference.h"
-#include "toolkit/db/PwDbCurves.h"
-#include "toolkit/db/PwDbDatabase.h"
-#include "toolkit/db/PwDbMemoryFiler.h"
-#include "toolkit/db/PwDbPolyline.h"
-#include "toolkit/db/PwDbText.h"
-#include "toolkit/rx/PwRxClass.h"
+#include <lodeqdb/toolkit/db/PwDbBlockReference.h>
+#include <lodeqdb/toolkit/db/PwDbCurves.h>
+#include <lodeqdb/toolkit/db/PwDbDatabase.h>
+#include <lodeqdb/toolkit/db/PwDbMemoryFiler.h>
+#include <lodeqdb/toolkit/db/PwDbPolyline.h>
+#include <lodeqdb/toolkit/db/PwDbText.h>
+#include <lodeqdb/toolkit/rx/PwRxClass.h>
 
 #include "PwDbEntityTestSupport.h"
 

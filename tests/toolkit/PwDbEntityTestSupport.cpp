@@ -1,9 +1,9 @@
 // Helpers the entity tests share.
 #include "PwDbEntityTestSupport.h"
 
-#include "toolkit/db/PwDbBlockTable.h"
-#include "toolkit/db/PwDbDatabase.h"
-#include "toolkit/db/PwDbEntity.h"
+#include <lodeqdb/toolkit/db/PwDbBlockTable.h>
+#include <lodeqdb/toolkit/db/PwDbDatabase.h>
+#include <lodeqdb/toolkit/db/PwDbEntity.h>
 #include "toolkit/pal/PwHeapFaults.h"
 
 namespace pwdbtest {

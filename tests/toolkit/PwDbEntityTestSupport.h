@@ -14,11 +14,11 @@
 #include <memory>
 #include <type_traits>
 
-#include "lodeutil/WideString.h"
-#include "toolkit/db/PwDbEntity.h"
-#include "toolkit/db/PwDbMemoryFiler.h"
-#include "toolkit/db/PwDbObjectId.h"
-#include "toolkit/rx/PwRxClass.h"
+#include <lodeqdb/lodeutil/WideString.h>
+#include <lodeqdb/toolkit/db/PwDbEntity.h>
+#include <lodeqdb/toolkit/db/PwDbMemoryFiler.h>
+#include <lodeqdb/toolkit/db/PwDbObjectId.h>
+#include <lodeqdb/toolkit/rx/PwRxClass.h>
 
 class PwDbDatabase;
 

@@ -1,5 +1,5 @@
 // Host services: defaults, URL recognition, layouts, overriding hosts and installing them.
-#include "toolkit/db/PwDbHostApplicationServices.h"
+#include <lodeqdb/toolkit/db/PwDbHostApplicationServices.h>
 
 #include <gtest/gtest.h>
 
@@ -10,8 +10,8 @@
 #include <thread>
 #include <vector>
 
-#include "lodeutil/Utf.h"
-#include "toolkit/db/PwDbDatabase.h"
+#include <lodeqdb/lodeutil/Utf.h>
+#include <lodeqdb/toolkit/db/PwDbDatabase.h>
 
 namespace {
 

@@ -1,18 +1,18 @@
 // Layers: stored flags, colour, description, whether the drawing uses them, their persistent
 // data, and the layer table's typed access.
-#include "toolkit/db/PwDbLayerTable.h"
+#include <lodeqdb/toolkit/db/PwDbLayerTable.h>
 
 #include <gtest/gtest.h>
 
 #include <memory>
 #include <vector>
 
-#include "toolkit/core/PwString.h"
-#include "toolkit/db/PwDbBlockReference.h"
-#include "toolkit/db/PwDbBlockTable.h"
-#include "toolkit/db/PwDbDatabase.h"
-#include "toolkit/db/PwDbMemoryFiler.h"
-#include "toolkit/db/PwDbObjectPointer.h"
+#include <lodeqdb/toolkit/core/PwString.h>
+#include <lodeqdb/toolkit/db/PwDbBlockReference.h>
+#include <lodeqdb/toolkit/db/PwDbBlockTable.h>
+#include <lodeqdb/toolkit/db/PwDbDatabase.h>
+#include <lodeqdb/toolkit/db/PwDbMemoryFiler.h>
+#include <lodeqdb/toolkit/db/PwDbObjectPointer.h>
 
 namespace {
 

@@ -1,15 +1,15 @@
 // Plot settings and layouts: their values, the checks on them, and their persistent data.
-#include "toolkit/db/PwDbLayout.h"
+#include <lodeqdb/toolkit/db/PwDbLayout.h>
 
 #include <gtest/gtest.h>
 
 #include <limits>
 #include <memory>
 
-#include "toolkit/db/PwDbDatabase.h"
-#include "toolkit/db/PwDbDictionary.h"
-#include "toolkit/db/PwDbMemoryFiler.h"
-#include "toolkit/db/PwDbObjectPointer.h"
+#include <lodeqdb/toolkit/db/PwDbDatabase.h>
+#include <lodeqdb/toolkit/db/PwDbDictionary.h>
+#include <lodeqdb/toolkit/db/PwDbMemoryFiler.h>
+#include <lodeqdb/toolkit/db/PwDbObjectPointer.h>
 
 namespace {
 

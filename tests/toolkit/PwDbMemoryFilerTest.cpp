@@ -1,11 +1,11 @@
 // The in-memory filer: typed items, mismatches, ids as handles.
-#include "toolkit/db/PwDbMemoryFiler.h"
+#include <lodeqdb/toolkit/db/PwDbMemoryFiler.h>
 
 #include <gtest/gtest.h>
 
-#include "toolkit/core/PwString.h"
-#include "toolkit/core/PwStringBuffer.h"
-#include "toolkit/db/PwDbDatabase.h"
+#include <lodeqdb/toolkit/core/PwString.h>
+#include <lodeqdb/toolkit/core/PwStringBuffer.h>
+#include <lodeqdb/toolkit/db/PwDbDatabase.h>
 
 namespace {
 

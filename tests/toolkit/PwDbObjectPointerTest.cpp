@@ -1,10 +1,10 @@
 // Owning pointers to open objects: fields, statuses, the closing rule.
-#include "toolkit/db/PwDbObjectPointer.h"
+#include <lodeqdb/toolkit/db/PwDbObjectPointer.h>
 
 #include <gtest/gtest.h>
 
 #include "PwDbTestObjects.h"
-#include "toolkit/pal/PwHeap.h"
+#include <lodeqdb/toolkit/pal/PwHeap.h>
 
 namespace {
 

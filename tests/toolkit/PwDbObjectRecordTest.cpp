@@ -1,12 +1,12 @@
 // Objects to records and back, and proxies for classes the process lacks.
-#include "toolkit/db/PwDbObjectRecord.h"
+#include <lodeqdb/toolkit/db/PwDbObjectRecord.h>
 
 #include <gtest/gtest.h>
 
 #include "PwDbTestObjects.h"
-#include "toolkit/db/PwDbBlockReference.h"
-#include "toolkit/db/PwDbDatabase.h"
-#include "toolkit/db/PwDbProxyObject.h"
+#include <lodeqdb/toolkit/db/PwDbBlockReference.h>
+#include <lodeqdb/toolkit/db/PwDbDatabase.h>
+#include <lodeqdb/toolkit/db/PwDbProxyObject.h>
 
 namespace {
 

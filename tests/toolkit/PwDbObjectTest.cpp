@@ -1,10 +1,10 @@
 // The open protocol, identity and erasing of database objects.
-#include "toolkit/db/PwDbObject.h"
+#include <lodeqdb/toolkit/db/PwDbObject.h>
 
 #include <gtest/gtest.h>
 
 #include "PwDbTestObjects.h"
-#include "toolkit/db/PwDbDatabase.h"
+#include <lodeqdb/toolkit/db/PwDbDatabase.h>
 
 namespace {
 

@@ -1,6 +1,6 @@
 // Polylines: the vertex list and its checks, the persistent form and its counts, the open
 // protocol.
-#include "toolkit/db/PwDbPolyline.h"
+#include <lodeqdb/toolkit/db/PwDbPolyline.h>
 
 #include <gtest/gtest.h>
 
@@ -10,8 +10,8 @@
 #include <variant>
 #include <vector>
 
-#include "toolkit/db/PwDbDatabase.h"
-#include "toolkit/db/PwDbMemoryFiler.h"
+#include <lodeqdb/toolkit/db/PwDbDatabase.h>
+#include <lodeqdb/toolkit/db/PwDbMemoryFiler.h>
 #include "toolkit/pal/PwHeapFaults.h"
 
 #include "PwDbEntityTestSupport.h"

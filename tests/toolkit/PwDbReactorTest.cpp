@@ -1,10 +1,10 @@
 // Persistent reactors: objects of a drawing recorded on an object that they depend on.
 #include <gtest/gtest.h>
 
-#include "toolkit/db/PwDbAuthoring.h"
-#include "toolkit/db/PwDbCurves.h"
-#include "toolkit/db/PwDbMemoryFiler.h"
-#include "toolkit/db/PwDbObject.h"
+#include <lodeqdb/toolkit/db/PwDbAuthoring.h>
+#include <lodeqdb/toolkit/db/PwDbCurves.h>
+#include <lodeqdb/toolkit/db/PwDbMemoryFiler.h>
+#include <lodeqdb/toolkit/db/PwDbObject.h>
 
 namespace {
 

@@ -1,18 +1,18 @@
 // Symbol tables and their records: names, look-ups, iteration, the open protocol on records,
 // the owning pointers, and the symbol services.
-#include "toolkit/db/PwDbSymbolTable.h"
+#include <lodeqdb/toolkit/db/PwDbSymbolTable.h>
 
 #include <gtest/gtest.h>
 
 #include <memory>
 #include <vector>
 
-#include "toolkit/core/PwString.h"
-#include "toolkit/db/PwDbBlockTable.h"
-#include "toolkit/db/PwDbDatabase.h"
-#include "toolkit/db/PwDbLayerTable.h"
-#include "toolkit/db/PwDbObjectPointer.h"
-#include "toolkit/db/PwDbSymbolUtilities.h"
+#include <lodeqdb/toolkit/core/PwString.h>
+#include <lodeqdb/toolkit/db/PwDbBlockTable.h>
+#include <lodeqdb/toolkit/db/PwDbDatabase.h>
+#include <lodeqdb/toolkit/db/PwDbLayerTable.h>
+#include <lodeqdb/toolkit/db/PwDbObjectPointer.h>
+#include <lodeqdb/toolkit/db/PwDbSymbolUtilities.h>
 
 namespace {
 

@@ -1,8 +1,8 @@
 // Small object classes of the tests' own, registered like any client's classes.
 #pragma once
 
-#include "toolkit/db/PwDbObject.h"
-#include "toolkit/db/PwDbPlwFiler.h"
+#include <lodeqdb/toolkit/db/PwDbObject.h>
+#include <lodeqdb/toolkit/db/PwDbPlwFiler.h>
 
 /// An object with one text and one number, both persistent.
 class PwTestNote : public PwDbObject {

@@ -1,15 +1,15 @@
 // Text entities: placement, size, angle and text, their checks, the persistent form and the
 // open protocol.
-#include "toolkit/db/PwDbText.h"
+#include <lodeqdb/toolkit/db/PwDbText.h>
 
 #include <gtest/gtest.h>
 
 #include <memory>
 #include <utility>
 
-#include "toolkit/core/PwString.h"
-#include "toolkit/db/PwDbDatabase.h"
-#include "toolkit/db/PwDbMemoryFiler.h"
+#include <lodeqdb/toolkit/core/PwString.h>
+#include <lodeqdb/toolkit/db/PwDbDatabase.h>
+#include <lodeqdb/toolkit/db/PwDbMemoryFiler.h>
 #include "toolkit/pal/PwHeapFaults.h"
 
 #include "PwDbEntityTestSupport.h"

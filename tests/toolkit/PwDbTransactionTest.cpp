@@ -1,12 +1,12 @@
 // Transactions: nesting, fetching, giving objects back when they finish.
-#include "toolkit/db/PwDbTransactionManager.h"
+#include <lodeqdb/toolkit/db/PwDbTransactionManager.h>
 
 #include <gtest/gtest.h>
 
 #include <memory>
 
 #include "PwDbTestObjects.h"
-#include "toolkit/db/PwDbDatabase.h"
+#include <lodeqdb/toolkit/db/PwDbDatabase.h>
 
 namespace {
 

@@ -1,5 +1,5 @@
 // Files of the platform layer: opening, reading, locks between processes, atomic replacement.
-#include "toolkit/pal/PwFileIO.h"
+#include <lodeqdb/toolkit/pal/PwFileIO.h>
 
 #include <dirent.h>
 #include <fcntl.h>
@@ -10,7 +10,7 @@
 #include <cerrno>
 #include <string>
 
-#include "lodeutil/Utf.h"
+#include <lodeqdb/lodeutil/Utf.h>
 #include "support/TempFolderTest.h"
 #include "toolkit/pal/PwFileSystemCalls.h"
 

@@ -12,7 +12,7 @@
 #include <vector>
 
 #include "support/TempFolderTest.h"
-#include "toolkit/pal/PwFileIO.h"
+#include <lodeqdb/toolkit/pal/PwFileIO.h>
 
 namespace {
 

@@ -15,7 +15,7 @@
 #include <thread>
 
 #include "support/TempFolderTest.h"
-#include "toolkit/pal/PwFileIO.h"
+#include <lodeqdb/toolkit/pal/PwFileIO.h>
 #include "toolkit/pal/PwFileSystemCalls.h"
 
 namespace {

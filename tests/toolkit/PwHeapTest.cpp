@@ -1,5 +1,5 @@
 // Tests for the toolkit heap: block accounting, zero-byte blocks and armed failures.
-#include "toolkit/pal/PwHeap.h"
+#include <lodeqdb/toolkit/pal/PwHeap.h>
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 // The toolkit's locale value.
-#include "toolkit/pal/PwLocale.h"
+#include <lodeqdb/toolkit/pal/PwLocale.h>
 
 #include <gtest/gtest.h>
 

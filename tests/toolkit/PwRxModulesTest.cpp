@@ -1,5 +1,5 @@
 // Run-time modules: loading by name, services and their functions, refusal, unloading.
-#include "toolkit/rx/PwRxModules.h"
+#include <lodeqdb/toolkit/rx/PwRxModules.h>
 
 #include <dlfcn.h>
 #include <gtest/gtest.h>
@@ -13,12 +13,12 @@
 #include <thread>
 #include <vector>
 
-#include "lodeutil/FileSystem.h"
-#include "lodeutil/Module.h"
-#include "lodeutil/Path.h"
-#include "lodeutil/Utf.h"
-#include "toolkit/rx/PwRxDictionary.h"
-#include "toolkit/rx/PwRxDynamicLinker.h"
+#include <lodeqdb/lodeutil/FileSystem.h>
+#include <lodeqdb/lodeutil/Module.h>
+#include <lodeqdb/lodeutil/Path.h>
+#include <lodeqdb/lodeutil/Utf.h>
+#include <lodeqdb/toolkit/rx/PwRxDictionary.h>
+#include <lodeqdb/toolkit/rx/PwRxDynamicLinker.h>
 
 namespace {
 

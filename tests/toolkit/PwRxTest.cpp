@@ -1,10 +1,10 @@
 // Run-time classes, the system registry and the dynamic linker.
 #include <gtest/gtest.h>
 
-#include "toolkit/rx/PwRxClass.h"
-#include "toolkit/rx/PwRxDictionary.h"
-#include "toolkit/rx/PwRxDynamicLinker.h"
-#include "toolkit/rx/PwRxObject.h"
+#include <lodeqdb/toolkit/rx/PwRxClass.h>
+#include <lodeqdb/toolkit/rx/PwRxDictionary.h>
+#include <lodeqdb/toolkit/rx/PwRxDynamicLinker.h>
+#include <lodeqdb/toolkit/rx/PwRxObject.h>
 
 namespace {
 

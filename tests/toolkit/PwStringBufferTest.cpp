@@ -1,11 +1,11 @@
 // Tests for pwutNewString and pwutDelBuffer: copies, null text, failed allocation, freeing.
-#include "toolkit/core/PwStringBuffer.h"
+#include <lodeqdb/toolkit/core/PwStringBuffer.h>
 
 #include <gtest/gtest.h>
 
 #include <string>
 
-#include "toolkit/pal/PwHeap.h"
+#include <lodeqdb/toolkit/pal/PwHeap.h>
 #include "toolkit/pal/PwHeapFaults.h"
 
 namespace {

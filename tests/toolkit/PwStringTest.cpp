@@ -1,6 +1,6 @@
 // Tests for PwString: where the text lies, heap capacities, assignment from its own text,
 // failures that keep the old value, the UTF-8 cache and the comparisons.
-#include "toolkit/core/PwString.h"
+#include <lodeqdb/toolkit/core/PwString.h>
 
 #include <gtest/gtest.h>
 
@@ -8,8 +8,8 @@
 #include <string>
 #include <utility>
 
-#include "lodeutil/Utf.h"
-#include "toolkit/pal/PwHeap.h"
+#include <lodeqdb/lodeutil/Utf.h>
+#include <lodeqdb/toolkit/pal/PwHeap.h>
 #include "toolkit/pal/PwHeapFaults.h"
 
 // Lets failed expectations show the text instead of the object's bytes.

@@ -12,10 +12,10 @@
 #include "PwDbImageTestSupport.h"
 #include "PwDbSampleDrawing.h"
 #include "support/TempFolderTest.h"
-#include "toolkit/db/PwDbAuthoring.h"
-#include "toolkit/db/PwDbLayerTable.h"
-#include "toolkit/db/PwDbObjectPointer.h"
-#include "toolkit/db/PwDbProxyObject.h"
+#include <lodeqdb/toolkit/db/PwDbAuthoring.h>
+#include <lodeqdb/toolkit/db/PwDbLayerTable.h>
+#include <lodeqdb/toolkit/db/PwDbObjectPointer.h>
+#include <lodeqdb/toolkit/db/PwDbProxyObject.h>
 #include "toolkit/file/PwDbDrawingImage.h"
 #include "toolkit/file/PwDbPlwCodec.h"
 #include "toolkit/file/PwDbPlxCodec.h"
@@ -375,7 +375,7 @@ TEST_F(DrawingFiles, FailedSaveLeavesTheOldFileByteForByte) {
 
 }  // namespace
 
-#include "toolkit/file/PwDbPreview.h"
+#include <lodeqdb/toolkit/file/PwDbPreview.h>
 
 namespace {
 

@@ -1,10 +1,10 @@
 // Finding the files a drawing refers to: beside the holder, under its root, through the hook.
-#include "toolkit/db/PwDbDependentFiles.h"
+#include <lodeqdb/toolkit/db/PwDbDependentFiles.h>
 
 #include <gtest/gtest.h>
 
 #include "support/TempFolderTest.h"
-#include "toolkit/db/PwDbDatabase.h"
+#include <lodeqdb/toolkit/db/PwDbDatabase.h>
 
 namespace {
 

@@ -11,8 +11,8 @@
 #include <string>
 
 #include "support/TempFolderTest.h"
-#include "toolkit/db/PwDbDatabase.h"
-#include "toolkit/file/PwDbPreview.h"
+#include <lodeqdb/toolkit/db/PwDbDatabase.h>
+#include <lodeqdb/toolkit/file/PwDbPreview.h>
 
 namespace {
 

@@ -8,9 +8,9 @@
 #include <string_view>
 #include <vector>
 
-#include "lodeutil/WideString.h"
-#include "toolkit/db/PwDbMemoryFiler.h"
-#include "toolkit/db/PwDbObjectRecord.h"
+#include <lodeqdb/lodeutil/WideString.h>
+#include <lodeqdb/toolkit/db/PwDbMemoryFiler.h>
+#include <lodeqdb/toolkit/db/PwDbObjectRecord.h>
 #include "toolkit/file/PwDbDrawingImage.h"
 
 namespace pwdbfiletest {

@@ -3,12 +3,12 @@
 
 #include <gtest/gtest.h>
 
-#include "toolkit/db/PwDbAuthoring.h"
-#include "toolkit/db/PwDbBlockTable.h"
-#include "toolkit/db/PwDbCurves.h"
-#include "toolkit/db/PwDbDictionary.h"
-#include "toolkit/db/PwDbObjectPointer.h"
-#include "toolkit/db/PwDbPolyline.h"
+#include <lodeqdb/toolkit/db/PwDbAuthoring.h>
+#include <lodeqdb/toolkit/db/PwDbBlockTable.h>
+#include <lodeqdb/toolkit/db/PwDbCurves.h>
+#include <lodeqdb/toolkit/db/PwDbDictionary.h>
+#include <lodeqdb/toolkit/db/PwDbObjectPointer.h>
+#include <lodeqdb/toolkit/db/PwDbPolyline.h>
 #include "toolkit/file/PwDbDrawingImage.h"
 
 namespace pwdbfiletest {

@@ -3,7 +3,7 @@
 
 #include <memory>
 
-#include "toolkit/db/PwDbDatabase.h"
+#include <lodeqdb/toolkit/db/PwDbDatabase.h>
 
 namespace pwdbfiletest {
 

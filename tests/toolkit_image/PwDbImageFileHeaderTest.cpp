@@ -1,5 +1,5 @@
 // Image headers of every supported format, and of everything that only looks like one.
-#include "toolkit/image/PwDbImageFileHeader.h"
+#include <lodeqdb/toolkit/image/PwDbImageFileHeader.h>
 
 #include <gtest/gtest.h>
 

@@ -1,16 +1,16 @@
 // Raster image definitions and placements in drawings on disk: finding and checking the files,
 // load states, reactors, the image dictionary, and both file formats.
-#include "toolkit/image/PwDbRasterImageDef.h"
+#include <lodeqdb/toolkit/image/PwDbRasterImageDef.h>
 
 #include <gtest/gtest.h>
 
 #include "ImageFiles.h"
 #include "support/TempFolderTest.h"
-#include "toolkit/db/PwDbAuthoring.h"
-#include "toolkit/db/PwDbDictionary.h"
-#include "toolkit/db/PwDbObjectPointer.h"
-#include "toolkit/image/PwDbImageAuthoring.h"
-#include "toolkit/image/PwDbRasterImage.h"
+#include <lodeqdb/toolkit/db/PwDbAuthoring.h>
+#include <lodeqdb/toolkit/db/PwDbDictionary.h>
+#include <lodeqdb/toolkit/db/PwDbObjectPointer.h>
+#include <lodeqdb/toolkit/image/PwDbImageAuthoring.h>
+#include <lodeqdb/toolkit/image/PwDbRasterImage.h>
 
 namespace {
 

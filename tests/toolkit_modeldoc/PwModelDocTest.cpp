@@ -1,7 +1,7 @@
 // Model document references in drawings on disk: views of Gearmark and of other products, the
 // redirection information and the carried drawing file, in both file formats; and damaged
 // packages, which must fail the read and never write outside the chosen folder.
-#include "toolkit/modeldoc/PwModelDocObjUtil.h"
+#include <lodeqdb/toolkit/modeldoc/PwModelDocObjUtil.h>
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -10,12 +10,12 @@
 #include <string>
 
 #include "support/TempFolderTest.h"
-#include "toolkit/db/PwDbAuthoring.h"
-#include "toolkit/db/PwDbDictionary.h"
-#include "toolkit/db/PwDbMemoryFiler.h"
-#include "toolkit/db/PwDbObjectPointer.h"
-#include "toolkit/modeldoc/PwModelDocAuthoring.h"
-#include "toolkit/modeldoc/PwModelDocObjects.h"
+#include <lodeqdb/toolkit/db/PwDbAuthoring.h>
+#include <lodeqdb/toolkit/db/PwDbDictionary.h>
+#include <lodeqdb/toolkit/db/PwDbMemoryFiler.h>
+#include <lodeqdb/toolkit/db/PwDbObjectPointer.h>
+#include <lodeqdb/toolkit/modeldoc/PwModelDocAuthoring.h>
+#include <lodeqdb/toolkit/modeldoc/PwModelDocObjects.h>
 
 namespace {
 

@@ -1,6 +1,6 @@
 // A well-formed toolkit module for the tests: registers the service "PwTestService" and exports
 // functions that the tests call through the service, or use to watch the module's life.
-#include "toolkit/rx/PwRxModules.h"
+#include <lodeqdb/toolkit/rx/PwRxModules.h>
 
 namespace {
 

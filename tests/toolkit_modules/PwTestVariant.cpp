@@ -2,7 +2,7 @@
 // PWTEST_NO_ENTRY lacks pwrxModuleInitialize, PWTEST_REFUSES fails its initialization after
 // registering a service, PWTEST_DUPLICATE claims a service name that another module may hold,
 // PWTEST_PINNED is a plain module that the tests pin.
-#include "toolkit/rx/PwRxModules.h"
+#include <lodeqdb/toolkit/rx/PwRxModules.h>
 
 extern "C" {
 

@@ -10,15 +10,15 @@
 #include <vector>
 
 #include "TableTestSupport.h"
-#include "toolkit/db/PwDbAuthoring.h"
-#include "toolkit/db/PwDbBlockReference.h"
-#include "toolkit/db/PwDbBlockTable.h"
-#include "toolkit/db/PwDbIdMapping.h"
-#include "toolkit/db/PwDbLayerTable.h"
-#include "toolkit/db/PwDbText.h"
-#include "toolkit/db/PwDbTextStyleTable.h"
+#include <lodeqdb/toolkit/db/PwDbAuthoring.h>
+#include <lodeqdb/toolkit/db/PwDbBlockReference.h>
+#include <lodeqdb/toolkit/db/PwDbBlockTable.h>
+#include <lodeqdb/toolkit/db/PwDbIdMapping.h>
+#include <lodeqdb/toolkit/db/PwDbLayerTable.h>
+#include <lodeqdb/toolkit/db/PwDbText.h>
+#include <lodeqdb/toolkit/db/PwDbTextStyleTable.h>
 #include "toolkit/pal/PwHeapFaults.h"
-#include "toolkit/table/PwDbTableAuthoring.h"
+#include <lodeqdb/toolkit/table/PwDbTableAuthoring.h>
 
 namespace {
 

@@ -4,10 +4,10 @@
 #include <string>
 #include <vector>
 
-#include "lodeutil/Utf.h"
-#include "toolkit/core/PwStringBuffer.h"
+#include <lodeqdb/lodeutil/Utf.h>
+#include <lodeqdb/toolkit/core/PwStringBuffer.h>
 #include "toolkit/pal/PwHeapFaults.h"
-#include "toolkit/table/PwDbFormattedText.h"
+#include <lodeqdb/toolkit/table/PwDbFormattedText.h>
 
 namespace {
 

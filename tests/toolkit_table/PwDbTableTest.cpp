@@ -9,10 +9,10 @@
 #include <vector>
 
 #include "TableTestSupport.h"
-#include "toolkit/db/PwDbAuthoring.h"
-#include "toolkit/db/PwDbBlockTable.h"
-#include "toolkit/db/PwDbTextStyleTable.h"
-#include "toolkit/table/PwDbTableAuthoring.h"
+#include <lodeqdb/toolkit/db/PwDbAuthoring.h>
+#include <lodeqdb/toolkit/db/PwDbBlockTable.h>
+#include <lodeqdb/toolkit/db/PwDbTextStyleTable.h>
+#include <lodeqdb/toolkit/table/PwDbTableAuthoring.h>
 
 namespace {
 

@@ -3,8 +3,8 @@
 #include <gtest/gtest.h>
 
 #include "TableTestSupport.h"
-#include "toolkit/db/PwDbAuthoring.h"
-#include "toolkit/db/PwDbTextStyleTable.h"
+#include <lodeqdb/toolkit/db/PwDbAuthoring.h>
+#include <lodeqdb/toolkit/db/PwDbTextStyleTable.h>
 #include "toolkit/file/PwDbDrawingImage.h"
 #include "toolkit/file/PwDbPlwCodec.h"
 #include "toolkit/file/PwDbPlxCodec.h"

@@ -1,17 +1,17 @@
 // Underlay definitions and placements in drawings on disk: the three kinds, their files and
 // keys, load states, reactors, and both file formats.
-#include "toolkit/underlay/PwDbUnderlayDefinition.h"
+#include <lodeqdb/toolkit/underlay/PwDbUnderlayDefinition.h>
 
 #include <gtest/gtest.h>
 
 #include <random>
 
 #include "support/TempFolderTest.h"
-#include "toolkit/db/PwDbAuthoring.h"
-#include "toolkit/db/PwDbDictionary.h"
-#include "toolkit/db/PwDbObjectPointer.h"
-#include "toolkit/underlay/PwDbUnderlayAuthoring.h"
-#include "toolkit/underlay/PwDbUnderlayReference.h"
+#include <lodeqdb/toolkit/db/PwDbAuthoring.h>
+#include <lodeqdb/toolkit/db/PwDbDictionary.h>
+#include <lodeqdb/toolkit/db/PwDbObjectPointer.h>
+#include <lodeqdb/toolkit/underlay/PwDbUnderlayAuthoring.h>
+#include <lodeqdb/toolkit/underlay/PwDbUnderlayReference.h>
 
 namespace {
 

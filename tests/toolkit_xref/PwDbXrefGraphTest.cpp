@@ -1,6 +1,6 @@
 // The reference graph: its nodes and edges for chains, diamonds, cycles, missing files and
 // files attached twice.
-#include "toolkit/xref/PwDbXrefGraph.h"
+#include <lodeqdb/toolkit/xref/PwDbXrefGraph.h>
 
 #include <gtest/gtest.h>
 
@@ -8,11 +8,11 @@
 #include <set>
 
 #include "XrefTestSupport.h"
-#include "toolkit/core/PwArray.h"
-#include "toolkit/db/PwDbBlockTable.h"
-#include "toolkit/db/PwDbDatabase.h"
-#include "toolkit/db/PwDbObjectPointer.h"
-#include "toolkit/xref/PwDbXrefs.h"
+#include <lodeqdb/toolkit/core/PwArray.h>
+#include <lodeqdb/toolkit/db/PwDbBlockTable.h>
+#include <lodeqdb/toolkit/db/PwDbDatabase.h>
+#include <lodeqdb/toolkit/db/PwDbObjectPointer.h>
+#include <lodeqdb/toolkit/xref/PwDbXrefs.h>
 
 namespace {
 

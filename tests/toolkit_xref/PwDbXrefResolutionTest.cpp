@@ -4,13 +4,13 @@
 #include <unistd.h>
 
 #include "XrefTestSupport.h"
-#include "lodeutil/Utf.h"
-#include "toolkit/core/PwString.h"
-#include "toolkit/db/PwDbBlockTable.h"
-#include "toolkit/db/PwDbDatabase.h"
-#include "toolkit/db/PwDbHostApplicationServices.h"
-#include "toolkit/db/PwDbObjectPointer.h"
-#include "toolkit/xref/PwDbXrefs.h"
+#include <lodeqdb/lodeutil/Utf.h>
+#include <lodeqdb/toolkit/core/PwString.h>
+#include <lodeqdb/toolkit/db/PwDbBlockTable.h>
+#include <lodeqdb/toolkit/db/PwDbDatabase.h>
+#include <lodeqdb/toolkit/db/PwDbHostApplicationServices.h>
+#include <lodeqdb/toolkit/db/PwDbObjectPointer.h>
+#include <lodeqdb/toolkit/xref/PwDbXrefs.h>
 
 namespace {
 

@@ -7,9 +7,9 @@
 #include <utility>
 #include <vector>
 
-#include "lodeutil/WideString.h"
+#include <lodeqdb/lodeutil/WideString.h>
 #include "support/TempFolderTest.h"
-#include "toolkit/db/PwDb.h"
+#include <lodeqdb/toolkit/db/PwDb.h>
 
 class PwDbBlockTableRecord;
 class PwDbDatabase;

@@ -5,9 +5,9 @@
 
 #include "CliRunner.h"
 #include "support/TempFolderTest.h"
-#include "toolkit/db/PwDbAuthoring.h"
-#include "toolkit/image/PwDbImageAuthoring.h"
-#include "toolkit/xref/PwDbXrefAuthoring.h"
+#include <lodeqdb/toolkit/db/PwDbAuthoring.h>
+#include <lodeqdb/toolkit/image/PwDbImageAuthoring.h>
+#include <lodeqdb/toolkit/xref/PwDbXrefAuthoring.h>
 
 namespace {
 

@@ -8,10 +8,10 @@
 #include <string>
 
 #include "CliRunner.h"
-#include "lodeutil/Utf.h"
+#include <lodeqdb/lodeutil/Utf.h>
 #include "support/TempFolderTest.h"
-#include "toolkit/db/PwDbAuthoring.h"
-#include "toolkit/xref/PwDbXrefAuthoring.h"
+#include <lodeqdb/toolkit/db/PwDbAuthoring.h>
+#include <lodeqdb/toolkit/xref/PwDbXrefAuthoring.h>
 
 namespace {
 

@@ -7,13 +7,13 @@
 #include <nlohmann/json.hpp>
 
 #include "CliRunner.h"
-#include "lodeutil/Utf.h"
+#include <lodeqdb/lodeutil/Utf.h>
 #include "support/DrawingReadBack.h"
 #include "support/TempFolderTest.h"
-#include "toolkit/core/PwString.h"
-#include "toolkit/db/PwDbDatabase.h"
-#include "toolkit/db/PwDbObjectPointer.h"
-#include "toolkit/table/PwDbTable.h"
+#include <lodeqdb/toolkit/core/PwString.h>
+#include <lodeqdb/toolkit/db/PwDbDatabase.h>
+#include <lodeqdb/toolkit/db/PwDbObjectPointer.h>
+#include <lodeqdb/toolkit/table/PwDbTable.h>
 
 namespace {
 

@@ -1,13 +1,13 @@
 // PwString's storage moves between the object and the toolkit heap, and its UTF-8 cache.
-#include "toolkit/core/PwString.h"
+#include <lodeqdb/toolkit/core/PwString.h>
 
 #include <cstring>
 #include <exception>
 #include <string>
 #include <string_view>
 
-#include "lodeutil/Utf.h"
-#include "toolkit/pal/PwHeap.h"
+#include <lodeqdb/lodeutil/Utf.h>
+#include <lodeqdb/toolkit/pal/PwHeap.h>
 
 namespace {
 

@@ -1,10 +1,10 @@
 // Wide buffers on the toolkit heap, created and freed for callers that own raw text.
-#include "toolkit/core/PwStringBuffer.h"
+#include <lodeqdb/toolkit/core/PwStringBuffer.h>
 
 #include <cstring>
 #include <string>
 
-#include "toolkit/pal/PwHeap.h"
+#include <lodeqdb/toolkit/pal/PwHeap.h>
 
 Plotwright::ErrorStatus pwutNewString(const char16_t* text, char16_t*& out) {
     out = nullptr;

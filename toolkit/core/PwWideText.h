@@ -4,7 +4,7 @@
 //   m_name = pwWideTextOrEmpty(name);
 #pragma once
 
-#include "lodeutil/WideString.h"
+#include <lodeqdb/lodeutil/WideString.h>
 
 /// A copy of `text`; empty for null.
 inline wstring pwWideTextOrEmpty(const char16_t* text) {

@@ -1,17 +1,17 @@
 // Building drawings from nothing, each step opening and closing what it touches.
-#include "toolkit/db/PwDbAuthoring.h"
+#include <lodeqdb/toolkit/db/PwDbAuthoring.h>
 
 #include <string>
 
-#include "toolkit/db/PwDbBlockReference.h"
-#include "toolkit/db/PwDbBlockTable.h"
-#include "toolkit/db/PwDbCurves.h"
-#include "toolkit/db/PwDbDictionary.h"
-#include "toolkit/db/PwDbLayerTable.h"
-#include "toolkit/db/PwDbLayout.h"
-#include "toolkit/db/PwDbObjectPointer.h"
-#include "toolkit/db/PwDbText.h"
-#include "toolkit/db/PwDbTextStyleTable.h"
+#include <lodeqdb/toolkit/db/PwDbBlockReference.h>
+#include <lodeqdb/toolkit/db/PwDbBlockTable.h>
+#include <lodeqdb/toolkit/db/PwDbCurves.h>
+#include <lodeqdb/toolkit/db/PwDbDictionary.h>
+#include <lodeqdb/toolkit/db/PwDbLayerTable.h>
+#include <lodeqdb/toolkit/db/PwDbLayout.h>
+#include <lodeqdb/toolkit/db/PwDbObjectPointer.h>
+#include <lodeqdb/toolkit/db/PwDbText.h>
+#include <lodeqdb/toolkit/db/PwDbTextStyleTable.h>
 
 namespace PwDbAuthoring {
 namespace {

@@ -1,8 +1,8 @@
 // Block placements: which block, where, how scaled and turned.
-#include "toolkit/db/PwDbBlockReference.h"
+#include <lodeqdb/toolkit/db/PwDbBlockReference.h>
 
-#include "toolkit/db/PwDbDatabase.h"
-#include "toolkit/db/PwDbPlwFiler.h"
+#include <lodeqdb/toolkit/db/PwDbDatabase.h>
+#include <lodeqdb/toolkit/db/PwDbPlwFiler.h>
 
 PWRX_DEFINE_DYNAMIC_MEMBERS(PwDbBlockReference, PwDbEntity, u"PwDbBlockReference");
 

@@ -1,15 +1,15 @@
 // Block definitions: their entities, their layouts, the references that place them.
-#include "toolkit/db/PwDbBlockTable.h"
+#include <lodeqdb/toolkit/db/PwDbBlockTable.h>
 
 #include <algorithm>
 #include <utility>
 
-#include "toolkit/core/PwString.h"
-#include "toolkit/db/PwDbBlockReference.h"
-#include "toolkit/db/PwDbDatabase.h"
-#include "toolkit/db/PwDbEntity.h"
-#include "toolkit/db/PwDbPlwFiler.h"
-#include "toolkit/db/PwDbSymbolUtilities.h"
+#include <lodeqdb/toolkit/core/PwString.h>
+#include <lodeqdb/toolkit/db/PwDbBlockReference.h>
+#include <lodeqdb/toolkit/db/PwDbDatabase.h>
+#include <lodeqdb/toolkit/db/PwDbEntity.h>
+#include <lodeqdb/toolkit/db/PwDbPlwFiler.h>
+#include <lodeqdb/toolkit/db/PwDbSymbolUtilities.h>
 
 PWRX_DEFINE_DYNAMIC_MEMBERS(PwDbBlockTableRecord, PwDbSymbolTableRecord, u"PwDbBlockTableRecord");
 PWRX_DEFINE_DYNAMIC_MEMBERS(PwDbBlockTable, PwDbSymbolTable, u"PwDbBlockTable");

@@ -15,16 +15,16 @@
 #include <variant>
 #include <vector>
 
-#include "lodeutil/Strings.h"
-#include "toolkit/db/PwDbBlockTable.h"
-#include "toolkit/db/PwDbDatabase.h"
+#include <lodeqdb/lodeutil/Strings.h>
+#include <lodeqdb/toolkit/db/PwDbBlockTable.h>
+#include <lodeqdb/toolkit/db/PwDbDatabase.h>
 #include "toolkit/db/PwDbStub.h"
-#include "toolkit/db/PwDbEntity.h"
-#include "toolkit/db/PwDbIdMapping.h"
-#include "toolkit/db/PwDbLayerTable.h"
-#include "toolkit/db/PwDbObjectPointer.h"
-#include "toolkit/db/PwDbObjectRecord.h"
-#include "toolkit/db/PwDbTextStyleTable.h"
+#include <lodeqdb/toolkit/db/PwDbEntity.h>
+#include <lodeqdb/toolkit/db/PwDbIdMapping.h>
+#include <lodeqdb/toolkit/db/PwDbLayerTable.h>
+#include <lodeqdb/toolkit/db/PwDbObjectPointer.h>
+#include <lodeqdb/toolkit/db/PwDbObjectRecord.h>
+#include <lodeqdb/toolkit/db/PwDbTextStyleTable.h>
 
 using Plotwright::ErrorStatus;
 using Plotwright::StatusOk;

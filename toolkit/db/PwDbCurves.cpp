@@ -1,9 +1,9 @@
 // Lines, circles and arcs: their geometry, its checks and its persistent form.
-#include "toolkit/db/PwDbCurves.h"
+#include <lodeqdb/toolkit/db/PwDbCurves.h>
 
 #include <cmath>
 
-#include "toolkit/db/PwDbPlwFiler.h"
+#include <lodeqdb/toolkit/db/PwDbPlwFiler.h>
 
 PWRX_DEFINE_DYNAMIC_MEMBERS(PwDbLine, PwDbEntity, u"PwDbLine");
 PWRX_DEFINE_DYNAMIC_MEMBERS(PwDbCircle, PwDbEntity, u"PwDbCircle");

@@ -1,15 +1,15 @@
 // The database as an object store: handles, records, adding objects, destruction.
-#include "toolkit/db/PwDbDatabase.h"
+#include <lodeqdb/toolkit/db/PwDbDatabase.h>
 
 #include <algorithm>
 #include <atomic>
 #include <unordered_set>
 
-#include "toolkit/db/PwDbBlockReference.h"
-#include "toolkit/db/PwDbEntity.h"
-#include "toolkit/db/PwDbHostApplicationServices.h"
-#include "toolkit/db/PwDbObject.h"
-#include "toolkit/db/PwDbTransactionManager.h"
+#include <lodeqdb/toolkit/db/PwDbBlockReference.h>
+#include <lodeqdb/toolkit/db/PwDbEntity.h>
+#include <lodeqdb/toolkit/db/PwDbHostApplicationServices.h>
+#include <lodeqdb/toolkit/db/PwDbObject.h>
+#include <lodeqdb/toolkit/db/PwDbTransactionManager.h>
 #include "toolkit/db/PwDbStub.h"
 
 // Which layers entities use, worked out at most once per state of the drawing.

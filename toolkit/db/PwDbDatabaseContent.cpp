@@ -1,12 +1,12 @@
 // The contents every drawing starts with, and the ways to its tables and dictionaries.
-#include "toolkit/db/PwDbDatabase.h"
+#include <lodeqdb/toolkit/db/PwDbDatabase.h>
 #include "toolkit/db/PwDbStub.h"
 
-#include "toolkit/db/PwDbBlockTable.h"
-#include "toolkit/db/PwDbDictionary.h"
-#include "toolkit/db/PwDbLayerTable.h"
-#include "toolkit/db/PwDbLayout.h"
-#include "toolkit/db/PwDbTextStyleTable.h"
+#include <lodeqdb/toolkit/db/PwDbBlockTable.h>
+#include <lodeqdb/toolkit/db/PwDbDictionary.h>
+#include <lodeqdb/toolkit/db/PwDbLayerTable.h>
+#include <lodeqdb/toolkit/db/PwDbLayout.h>
+#include <lodeqdb/toolkit/db/PwDbTextStyleTable.h>
 
 namespace {
 

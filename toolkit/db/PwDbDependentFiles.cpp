@@ -1,10 +1,10 @@
 // Finding dependent files: the stored path, the holder's folder, then the host's hook.
-#include "toolkit/db/PwDbDependentFiles.h"
+#include <lodeqdb/toolkit/db/PwDbDependentFiles.h>
 
-#include "lodeutil/AbsoluteFilePath.h"
-#include "lodeutil/FileSystem.h"
-#include "lodeutil/Path.h"
-#include "toolkit/db/PwDbDatabase.h"
+#include <lodeqdb/lodeutil/AbsoluteFilePath.h>
+#include <lodeqdb/lodeutil/FileSystem.h>
+#include <lodeqdb/lodeutil/Path.h>
+#include <lodeqdb/toolkit/db/PwDbDatabase.h>
 
 using LodeUtil::CombineRelative;
 namespace Path = LodeUtil::Path;

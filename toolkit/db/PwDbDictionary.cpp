@@ -1,13 +1,13 @@
 // Dictionaries: keyed, ordered, owning containers of objects, and their iterator.
-#include "toolkit/db/PwDbDictionary.h"
+#include <lodeqdb/toolkit/db/PwDbDictionary.h>
 
 #include <algorithm>
 #include <utility>
 
-#include "lodeutil/Strings.h"
-#include "toolkit/core/PwString.h"
-#include "toolkit/db/PwDbDatabase.h"
-#include "toolkit/db/PwDbPlwFiler.h"
+#include <lodeqdb/lodeutil/Strings.h>
+#include <lodeqdb/toolkit/core/PwString.h>
+#include <lodeqdb/toolkit/db/PwDbDatabase.h>
+#include <lodeqdb/toolkit/db/PwDbPlwFiler.h>
 #include "toolkit/db/PwDbStub.h"
 
 PWRX_DEFINE_DYNAMIC_MEMBERS(PwDbDictionary, PwDbObject, u"PwDbDictionary");

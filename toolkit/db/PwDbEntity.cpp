@@ -1,7 +1,7 @@
 // The entity base: its layer and colour.
-#include "toolkit/db/PwDbEntity.h"
+#include <lodeqdb/toolkit/db/PwDbEntity.h>
 
-#include "toolkit/db/PwDbPlwFiler.h"
+#include <lodeqdb/toolkit/db/PwDbPlwFiler.h>
 
 PWRX_DEFINE_MEMBERS(PwDbEntity, PwDbObject, u"PwDbEntity");
 

@@ -1,12 +1,12 @@
 // The default host services, and the process-wide slot that holds the installed ones.
-#include "toolkit/db/PwDbHostApplicationServices.h"
+#include <lodeqdb/toolkit/db/PwDbHostApplicationServices.h>
 
 #include <atomic>
 #include <cstdlib>
 
-#include "lodeutil/Utf.h"
+#include <lodeqdb/lodeutil/Utf.h>
 
-#include "toolkit/db/PwDbDatabase.h"
+#include <lodeqdb/toolkit/db/PwDbDatabase.h>
 
 namespace {
 

@@ -1,5 +1,5 @@
 // The pairs of source and clone, kept in order and found by source.
-#include "toolkit/db/PwDbIdMapping.h"
+#include <lodeqdb/toolkit/db/PwDbIdMapping.h>
 
 PwDbIdMapping::PwDbIdMapping() = default;
 

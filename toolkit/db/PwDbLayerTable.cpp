@@ -1,11 +1,11 @@
 // Layers: stored flags, colour and description, and whether the drawing uses them.
-#include "toolkit/db/PwDbLayerTable.h"
+#include <lodeqdb/toolkit/db/PwDbLayerTable.h>
 
 #include <utility>
 
-#include "toolkit/core/PwString.h"
-#include "toolkit/db/PwDbDatabase.h"
-#include "toolkit/db/PwDbPlwFiler.h"
+#include <lodeqdb/toolkit/core/PwString.h>
+#include <lodeqdb/toolkit/db/PwDbDatabase.h>
+#include <lodeqdb/toolkit/db/PwDbPlwFiler.h>
 
 PWRX_DEFINE_DYNAMIC_MEMBERS(PwDbLayerTableRecord, PwDbSymbolTableRecord, u"PwDbLayerTableRecord");
 PWRX_DEFINE_DYNAMIC_MEMBERS(PwDbLayerTable, PwDbSymbolTable, u"PwDbLayerTable");

@@ -1,11 +1,11 @@
 // Plot settings and layouts: their data, checks and persistent form.
-#include "toolkit/db/PwDbLayout.h"
+#include <lodeqdb/toolkit/db/PwDbLayout.h>
 
 #include <cmath>
 #include <utility>
 
-#include "toolkit/db/PwDbPlwFiler.h"
-#include "toolkit/db/PwDbSymbolUtilities.h"
+#include <lodeqdb/toolkit/db/PwDbPlwFiler.h>
+#include <lodeqdb/toolkit/db/PwDbSymbolUtilities.h>
 
 PWRX_DEFINE_DYNAMIC_MEMBERS(PwDbPlotSettings, PwDbObject, u"PwDbPlotSettings");
 PWRX_DEFINE_DYNAMIC_MEMBERS(PwDbLayout, PwDbPlotSettings, u"PwDbLayout");

@@ -1,10 +1,10 @@
 // The in-memory filer: typed items in a vector, read back in order.
-#include "toolkit/db/PwDbMemoryFiler.h"
+#include <lodeqdb/toolkit/db/PwDbMemoryFiler.h>
 
 #include <cstring>
 
-#include "toolkit/core/PwStringBuffer.h"
-#include "toolkit/db/PwDbDatabase.h"
+#include <lodeqdb/toolkit/core/PwStringBuffer.h>
+#include <lodeqdb/toolkit/db/PwDbDatabase.h>
 
 PwDbMemoryFiler::PwDbMemoryFiler(PwDbDatabase* database) : m_database(database) {}
 

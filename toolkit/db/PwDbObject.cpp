@@ -1,11 +1,11 @@
 // Objects: identity, the open protocol, erasing, copying through a filer.
-#include "toolkit/db/PwDbObject.h"
+#include <lodeqdb/toolkit/db/PwDbObject.h>
 
 #include <cassert>
 
-#include "toolkit/db/PwDbDatabase.h"
-#include "toolkit/db/PwDbMemoryFiler.h"
-#include "toolkit/db/PwDbProxyObject.h"
+#include <lodeqdb/toolkit/db/PwDbDatabase.h>
+#include <lodeqdb/toolkit/db/PwDbMemoryFiler.h>
+#include <lodeqdb/toolkit/db/PwDbProxyObject.h>
 #include "toolkit/db/PwDbStub.h"
 
 PWRX_DEFINE_MEMBERS(PwDbObject, PwRxObject, u"PwDbObject");

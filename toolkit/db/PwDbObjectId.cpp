@@ -1,7 +1,7 @@
 // Object ids: queries through the database's record of the object.
-#include "toolkit/db/PwDbObjectId.h"
+#include <lodeqdb/toolkit/db/PwDbObjectId.h>
 
-#include "toolkit/db/PwDbObject.h"
+#include <lodeqdb/toolkit/db/PwDbObject.h>
 #include "toolkit/db/PwDbStub.h"
 
 const PwDbObjectId PwDbObjectId::kNull;

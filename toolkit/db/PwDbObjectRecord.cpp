@@ -1,11 +1,11 @@
 // Objects to records and back; unknown classes become proxies here.
-#include "toolkit/db/PwDbObjectRecord.h"
+#include <lodeqdb/toolkit/db/PwDbObjectRecord.h>
 
 #include <algorithm>
 #include <memory>
 
-#include "toolkit/db/PwDbDatabase.h"
-#include "toolkit/db/PwDbProxyObject.h"
+#include <lodeqdb/toolkit/db/PwDbDatabase.h>
+#include <lodeqdb/toolkit/db/PwDbProxyObject.h>
 
 namespace {
 

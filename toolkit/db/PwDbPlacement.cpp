@@ -1,8 +1,8 @@
-#include "toolkit/db/PwDbPlacement.h"
+#include <lodeqdb/toolkit/db/PwDbPlacement.h>
 
 #include <cmath>
 
-#include "toolkit/db/PwDbPlwFiler.h"
+#include <lodeqdb/toolkit/db/PwDbPlwFiler.h>
 
 bool PwDbPlacement::acceptsRotation(double radians) {
     return std::isfinite(radians);

@@ -1,11 +1,11 @@
 // Filer conveniences built from the typed items.
-#include "toolkit/db/PwDbPlwFiler.h"
+#include <lodeqdb/toolkit/db/PwDbPlwFiler.h>
 
 #include <algorithm>
 #include <iterator>
 
-#include "toolkit/core/PwString.h"
-#include "toolkit/core/PwStringBuffer.h"
+#include <lodeqdb/toolkit/core/PwString.h>
+#include <lodeqdb/toolkit/core/PwStringBuffer.h>
 
 PwDbPlwFiler::~PwDbPlwFiler() = default;
 

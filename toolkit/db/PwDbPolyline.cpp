@@ -1,11 +1,11 @@
 // Polylines: their vertex list, its checks and its persistent form.
-#include "toolkit/db/PwDbPolyline.h"
+#include <lodeqdb/toolkit/db/PwDbPolyline.h>
 
 #include <cmath>
 #include <cstdint>
 #include <utility>
 
-#include "toolkit/db/PwDbPlwFiler.h"
+#include <lodeqdb/toolkit/db/PwDbPlwFiler.h>
 
 PWRX_DEFINE_DYNAMIC_MEMBERS(PwDbPolyline, PwDbEntity, u"PwDbPolyline");
 

@@ -1,5 +1,5 @@
 // Proxies keep the items of a missing class and write them back unchanged.
-#include "toolkit/db/PwDbProxyObject.h"
+#include <lodeqdb/toolkit/db/PwDbProxyObject.h>
 
 PWRX_DEFINE_DYNAMIC_MEMBERS(PwDbProxyObject, PwDbObject, u"PwDbProxyObject");
 PWRX_DEFINE_DYNAMIC_MEMBERS(PwDbProxyEntity, PwDbEntity, u"PwDbProxyEntity");

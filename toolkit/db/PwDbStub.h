@@ -2,7 +2,7 @@
 // Internal to the toolkit: clients reach objects only through ids and pwdbOpenObject.
 #pragma once
 
-#include "toolkit/db/PwDb.h"
+#include <lodeqdb/toolkit/db/PwDb.h>
 
 class PwDbDatabase;
 class PwDbObject;
@@ -21,7 +21,7 @@ struct PwDbStub {
 #include <functional>
 #include <unordered_map>
 
-#include "toolkit/db/PwDbDatabase.h"
+#include <lodeqdb/toolkit/db/PwDbDatabase.h>
 
 /// A database's records: a deque, so that a record stays where it is while others are added
 /// and an id (a pointer to its record) stays valid for the database's life.

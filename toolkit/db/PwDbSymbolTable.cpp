@@ -1,15 +1,15 @@
 // Symbol tables: records, their names, the table's look-up and its iterator.
-#include "toolkit/db/PwDbSymbolTable.h"
+#include <lodeqdb/toolkit/db/PwDbSymbolTable.h>
 
 #include <algorithm>
 #include <utility>
 
-#include "lodeutil/Strings.h"
-#include "toolkit/core/PwString.h"
-#include "toolkit/db/PwDbDatabase.h"
-#include "toolkit/db/PwDbPlwFiler.h"
+#include <lodeqdb/lodeutil/Strings.h>
+#include <lodeqdb/toolkit/core/PwString.h>
+#include <lodeqdb/toolkit/db/PwDbDatabase.h>
+#include <lodeqdb/toolkit/db/PwDbPlwFiler.h>
 #include "toolkit/db/PwDbStub.h"
-#include "toolkit/db/PwDbSymbolUtilities.h"
+#include <lodeqdb/toolkit/db/PwDbSymbolUtilities.h>
 
 PWRX_DEFINE_MEMBERS(PwDbSymbolTableRecord, PwDbObject, u"PwDbSymbolTableRecord");
 PWRX_DEFINE_MEMBERS(PwDbSymbolTable, PwDbObject, u"PwDbSymbolTable");

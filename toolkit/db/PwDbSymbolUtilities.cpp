@@ -1,8 +1,8 @@
 // Symbol name rules and the standard block look-ups.
-#include "toolkit/db/PwDbSymbolUtilities.h"
+#include <lodeqdb/toolkit/db/PwDbSymbolUtilities.h>
 
-#include "lodeutil/Strings.h"
-#include "toolkit/db/PwDbDatabase.h"
+#include <lodeqdb/lodeutil/Strings.h>
+#include <lodeqdb/toolkit/db/PwDbDatabase.h>
 
 namespace PwDbSymbolUtilities {
 

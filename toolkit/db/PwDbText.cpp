@@ -1,10 +1,10 @@
 // Text entities: placement, size, angle and the text itself, and their persistent form.
-#include "toolkit/db/PwDbText.h"
+#include <lodeqdb/toolkit/db/PwDbText.h>
 
 #include <cmath>
 #include <utility>
 
-#include "toolkit/db/PwDbPlwFiler.h"
+#include <lodeqdb/toolkit/db/PwDbPlwFiler.h>
 
 PWRX_DEFINE_DYNAMIC_MEMBERS(PwDbText, PwDbEntity, u"PwDbText");
 

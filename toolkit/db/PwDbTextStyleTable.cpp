@@ -1,11 +1,11 @@
 // Text styles: font, height and width factor, kept in the drawing's text style table.
-#include "toolkit/db/PwDbTextStyleTable.h"
+#include <lodeqdb/toolkit/db/PwDbTextStyleTable.h>
 
 #include <cmath>
 #include <utility>
 
-#include "toolkit/core/PwString.h"
-#include "toolkit/db/PwDbPlwFiler.h"
+#include <lodeqdb/toolkit/core/PwString.h>
+#include <lodeqdb/toolkit/db/PwDbPlwFiler.h>
 
 PWRX_DEFINE_DYNAMIC_MEMBERS(PwDbTextStyleTableRecord, PwDbSymbolTableRecord,
                             u"PwDbTextStyleTableRecord");

@@ -1,7 +1,7 @@
 // Nested transactions that hold the objects they fetched until they finish.
-#include "toolkit/db/PwDbTransactionManager.h"
+#include <lodeqdb/toolkit/db/PwDbTransactionManager.h>
 
-#include "toolkit/db/PwDbObject.h"
+#include <lodeqdb/toolkit/db/PwDbObject.h>
 #include "toolkit/db/PwDbStub.h"
 
 PwDbTransaction::PwDbTransaction(PwDbDatabase* database) : m_database(database) {}

@@ -1,7 +1,7 @@
 // A design file's attachments held for inspection by index.
-#include "toolkit/dgn/PwDbDgnRefFileRepath.h"
+#include <lodeqdb/toolkit/dgn/PwDbDgnRefFileRepath.h>
 
-#include "toolkit/dgn/PwDbDgnReferences.h"
+#include <lodeqdb/toolkit/dgn/PwDbDgnReferences.h>
 
 PwDbDgnRefFileRepath::PwDbDgnRefFileRepath() = default;
 

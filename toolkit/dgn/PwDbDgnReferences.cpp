@@ -1,11 +1,11 @@
 // Reading a design file's attachments through the DGN module: loaded on the first call, its
 // entry bound once (binding pins the module, so the address stays callable).
-#include "toolkit/dgn/PwDbDgnReferences.h"
+#include <lodeqdb/toolkit/dgn/PwDbDgnReferences.h>
 
 #include <atomic>
 
 #include "toolkit/dgn/PwDgnIOEntryPoints.h"
-#include "toolkit/rx/PwRxModules.h"
+#include <lodeqdb/toolkit/rx/PwRxModules.h>
 
 namespace {
 

@@ -10,12 +10,12 @@
 
 #include <cstdint>
 
-#include "toolkit/core/PwArray.h"
-#include "toolkit/core/PwErrorStatus.h"
-#include "toolkit/core/PwString.h"
-#include "toolkit/dgn/PwDbDgnConvertOptions.h"
-#include "toolkit/dgn/PwDbDgnConvertReport.h"
-#include "toolkit/dgn/PwDbDgnRefFileData.h"
+#include <lodeqdb/toolkit/core/PwArray.h>
+#include <lodeqdb/toolkit/core/PwErrorStatus.h>
+#include <lodeqdb/toolkit/core/PwString.h>
+#include <lodeqdb/toolkit/dgn/PwDbDgnConvertOptions.h>
+#include <lodeqdb/toolkit/dgn/PwDbDgnConvertReport.h>
+#include <lodeqdb/toolkit/dgn/PwDbDgnRefFileData.h>
 
 class PwDbDatabase;
 

@@ -6,9 +6,9 @@
 #include <memory>
 #include <vector>
 
-#include "toolkit/db/PwDbDatabase.h"
+#include <lodeqdb/toolkit/db/PwDbDatabase.h>
 #include "toolkit/file/PwDbDrawingImage.h"
-#include "toolkit/pal/PwFileIO.h"
+#include <lodeqdb/toolkit/pal/PwFileIO.h>
 
 struct PwDbDatabaseFileState : PwDbDatabaseExtension {
     static const PwDbExtensionSlot slot;

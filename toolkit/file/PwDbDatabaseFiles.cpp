@@ -3,11 +3,11 @@
 #include <algorithm>
 #include <string>
 
-#include "toolkit/db/PwDbBlockTable.h"
-#include "toolkit/db/PwDbDatabase.h"
-#include "toolkit/db/PwDbDictionary.h"
-#include "toolkit/db/PwDbHostApplicationServices.h"
-#include "toolkit/db/PwDbLayerTable.h"
+#include <lodeqdb/toolkit/db/PwDbBlockTable.h>
+#include <lodeqdb/toolkit/db/PwDbDatabase.h>
+#include <lodeqdb/toolkit/db/PwDbDictionary.h>
+#include <lodeqdb/toolkit/db/PwDbHostApplicationServices.h>
+#include <lodeqdb/toolkit/db/PwDbLayerTable.h>
 #include "toolkit/db/PwDbStub.h"
 #include "toolkit/file/PwDbDatabaseFileState.h"
 #include "toolkit/file/PwDbPlwCodec.h"

@@ -4,7 +4,7 @@
 #include <cstdio>
 #include <string>
 
-#include "lodeutil/Utf.h"
+#include <lodeqdb/lodeutil/Utf.h>
 
 namespace {
 

@@ -13,9 +13,9 @@
 #include <optional>
 #include <vector>
 
-#include "lodeutil/WideString.h"
-#include "toolkit/db/PwDb.h"
-#include "toolkit/db/PwDbObjectRecord.h"
+#include <lodeqdb/lodeutil/WideString.h>
+#include <lodeqdb/toolkit/db/PwDb.h>
+#include <lodeqdb/toolkit/db/PwDbObjectRecord.h>
 
 /// A GUID as the files store it: a 32-bit field, two 16-bit fields (each little-endian) and
 /// eight bytes, 16 bytes in all.

@@ -15,7 +15,7 @@
 #include <string>
 #include <string_view>
 
-#include "lodeutil/WideString.h"
+#include <lodeqdb/lodeutil/WideString.h>
 
 /// The CRC-32 of `data`, as zlib's crc32 computes it.
 uint32_t pwdbPlwCrc32(std::string_view data);

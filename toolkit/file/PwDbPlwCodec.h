@@ -90,7 +90,7 @@
 #include <string>
 #include <string_view>
 
-#include "toolkit/core/PwErrorStatus.h"
+#include <lodeqdb/toolkit/core/PwErrorStatus.h>
 #include "toolkit/file/PwDbDrawingImage.h"
 
 /// The largest preview width and height a file holds.

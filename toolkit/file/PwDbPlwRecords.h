@@ -12,8 +12,8 @@
 #include <string_view>
 #include <vector>
 
-#include "toolkit/core/PwErrorStatus.h"
-#include "toolkit/db/PwDbObjectRecord.h"
+#include <lodeqdb/toolkit/core/PwErrorStatus.h>
+#include <lodeqdb/toolkit/db/PwDbObjectRecord.h>
 
 /// Appends the objects payload of `objects` to `payload`. StatusInvalidInput for a record the
 /// file can't hold: no class names, an empty class name, a count past 32 bits; `payload` may

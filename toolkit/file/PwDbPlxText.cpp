@@ -6,7 +6,7 @@
 #include <limits>
 #include <system_error>
 
-#include "lodeutil/Utf.h"
+#include <lodeqdb/lodeutil/Utf.h>
 
 namespace {
 

@@ -13,7 +13,7 @@
 #include <string>
 #include <string_view>
 
-#include "lodeutil/WideString.h"
+#include <lodeqdb/lodeutil/WideString.h>
 
 /// Appends `text` in double quotes. Printable characters stand as UTF-8; the quote, the
 /// backslash, line feed, tab and carriage return become \" \\ \n \t \r; every other control

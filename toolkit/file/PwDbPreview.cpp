@@ -1,12 +1,12 @@
 // Preview images straight from a file's bytes.
-#include "toolkit/file/PwDbPreview.h"
+#include <lodeqdb/toolkit/file/PwDbPreview.h>
 
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "toolkit/file/PwDbPlwCodec.h"
-#include "toolkit/pal/PwFileIO.h"
+#include <lodeqdb/toolkit/pal/PwFileIO.h>
 
 struct PwBitmap {
     uint32_t width = 0;

@@ -1,9 +1,9 @@
-#include "toolkit/image/PwDbImageAuthoring.h"
+#include <lodeqdb/toolkit/image/PwDbImageAuthoring.h>
 
-#include "toolkit/db/PwDbAuthoring.h"
-#include "toolkit/db/PwDbObjectPointer.h"
-#include "toolkit/image/PwDbRasterImage.h"
-#include "toolkit/image/PwDbRasterImageDef.h"
+#include <lodeqdb/toolkit/db/PwDbAuthoring.h>
+#include <lodeqdb/toolkit/db/PwDbObjectPointer.h>
+#include <lodeqdb/toolkit/image/PwDbRasterImage.h>
+#include <lodeqdb/toolkit/image/PwDbRasterImageDef.h>
 
 namespace PwDbAuthoring {
 

@@ -1,13 +1,13 @@
 // Image headers, from the formats' public descriptions: the PNG signature and IHDR chunk, the
 // JPEG marker segments up to a start-of-frame, the GIF logical screen descriptor, the BMP file
 // and information headers, the TIFF header and first image file directory.
-#include "toolkit/image/PwDbImageFileHeader.h"
+#include <lodeqdb/toolkit/image/PwDbImageFileHeader.h>
 
 #include <cstring>
 #include <functional>
 #include <string>
 
-#include "toolkit/pal/PwFileIO.h"
+#include <lodeqdb/toolkit/pal/PwFileIO.h>
 
 namespace {
 

@@ -1,8 +1,8 @@
-#include "toolkit/image/PwDbRasterImage.h"
+#include <lodeqdb/toolkit/image/PwDbRasterImage.h>
 
 #include <cmath>
 
-#include "toolkit/db/PwDbPlwFiler.h"
+#include <lodeqdb/toolkit/db/PwDbPlwFiler.h>
 
 PWRX_DEFINE_DYNAMIC_MEMBERS(PwDbRasterImage, PwDbEntity, u"PwDbRasterImage");
 

@@ -1,13 +1,13 @@
-#include "toolkit/image/PwDbRasterImageDef.h"
+#include <lodeqdb/toolkit/image/PwDbRasterImageDef.h>
 
 #include "toolkit/core/PwWideText.h"
 #include "toolkit/db/PwDbStub.h"
-#include "toolkit/db/PwDbDatabase.h"
-#include "toolkit/db/PwDbDependentFiles.h"
-#include "toolkit/db/PwDbDictionary.h"
-#include "toolkit/db/PwDbObjectPointer.h"
-#include "toolkit/db/PwDbPlwFiler.h"
-#include "toolkit/image/PwDbRasterImage.h"
+#include <lodeqdb/toolkit/db/PwDbDatabase.h>
+#include <lodeqdb/toolkit/db/PwDbDependentFiles.h>
+#include <lodeqdb/toolkit/db/PwDbDictionary.h>
+#include <lodeqdb/toolkit/db/PwDbObjectPointer.h>
+#include <lodeqdb/toolkit/db/PwDbPlwFiler.h>
+#include <lodeqdb/toolkit/image/PwDbRasterImage.h>
 
 PWRX_DEFINE_DYNAMIC_MEMBERS(PwDbRasterImageDef, PwDbObject, u"PwDbRasterImageDef");
 

@@ -1,10 +1,10 @@
-#include "toolkit/modeldoc/PwModelDocAuthoring.h"
+#include <lodeqdb/toolkit/modeldoc/PwModelDocAuthoring.h>
 
-#include "toolkit/db/PwDbAuthoring.h"
-#include "toolkit/db/PwDbDatabase.h"
-#include "toolkit/db/PwDbDictionary.h"
-#include "toolkit/db/PwDbObjectPointer.h"
-#include "toolkit/modeldoc/PwModelDocObjects.h"
+#include <lodeqdb/toolkit/db/PwDbAuthoring.h>
+#include <lodeqdb/toolkit/db/PwDbDatabase.h>
+#include <lodeqdb/toolkit/db/PwDbDictionary.h>
+#include <lodeqdb/toolkit/db/PwDbObjectPointer.h>
+#include <lodeqdb/toolkit/modeldoc/PwModelDocObjects.h>
 
 namespace PwDbAuthoring {
 

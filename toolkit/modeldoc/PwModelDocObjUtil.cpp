@@ -1,4 +1,4 @@
-#include "toolkit/modeldoc/PwModelDocObjUtil.h"
+#include <lodeqdb/toolkit/modeldoc/PwModelDocObjUtil.h>
 
 #include <unistd.h>
 
@@ -9,14 +9,14 @@
 #include <string>
 #include <system_error>
 
-#include "lodeutil/FileSystem.h"
-#include "lodeutil/Utf.h"
-#include "toolkit/db/PwDbAuthoring.h"
-#include "toolkit/db/PwDbDatabase.h"
-#include "toolkit/db/PwDbDictionary.h"
-#include "toolkit/db/PwDbObjectPointer.h"
-#include "toolkit/modeldoc/PwModelDocObjects.h"
-#include "toolkit/pal/PwFileIO.h"
+#include <lodeqdb/lodeutil/FileSystem.h>
+#include <lodeqdb/lodeutil/Utf.h>
+#include <lodeqdb/toolkit/db/PwDbAuthoring.h>
+#include <lodeqdb/toolkit/db/PwDbDatabase.h>
+#include <lodeqdb/toolkit/db/PwDbDictionary.h>
+#include <lodeqdb/toolkit/db/PwDbObjectPointer.h>
+#include <lodeqdb/toolkit/modeldoc/PwModelDocObjects.h>
+#include <lodeqdb/toolkit/pal/PwFileIO.h>
 #include "toolkit/pal/PwFileSystemCalls.h"
 
 namespace PwModelDocObjUtil {

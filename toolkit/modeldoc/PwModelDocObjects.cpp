@@ -1,9 +1,9 @@
-#include "toolkit/modeldoc/PwModelDocObjects.h"
+#include <lodeqdb/toolkit/modeldoc/PwModelDocObjects.h>
 
 #include <algorithm>
 
 #include "toolkit/core/PwWideText.h"
-#include "toolkit/db/PwDbPlwFiler.h"
+#include <lodeqdb/toolkit/db/PwDbPlwFiler.h>
 
 PWRX_DEFINE_DYNAMIC_MEMBERS(PwDbModelDocView, PwDbObject, u"PwDbModelDocView");
 PWRX_DEFINE_DYNAMIC_MEMBERS(PwDbModelDocPackage, PwDbObject, u"PwDbModelDocPackage");

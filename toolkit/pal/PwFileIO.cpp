@@ -1,5 +1,5 @@
 // Files over the operating system, through the replaceable table of file-system calls.
-#include "toolkit/pal/PwFileIO.h"
+#include <lodeqdb/toolkit/pal/PwFileIO.h>
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -11,7 +11,7 @@
 #include <memory>
 #include <optional>
 
-#include "lodeutil/FileSystem.h"
+#include <lodeqdb/lodeutil/FileSystem.h>
 #include "toolkit/pal/PwFileDescriptors.h"
 #include "toolkit/pal/PwFileLocks.h"
 #include "toolkit/pal/PwFileSystemCalls.h"

@@ -19,9 +19,9 @@
 #include <optional>
 #include <string>
 
-#include "lodeutil/FileSystem.h"
+#include <lodeqdb/lodeutil/FileSystem.h>
 #include "toolkit/pal/PwFileDescriptors.h"
-#include "toolkit/pal/PwFileIO.h"
+#include <lodeqdb/toolkit/pal/PwFileIO.h>
 #include "toolkit/pal/PwFileLocks.h"
 #include "toolkit/pal/PwFileSystemCalls.h"
 

@@ -1,5 +1,5 @@
 // The process heap behind pwHeapAlloc, with a live-block count and one-shot fault injection.
-#include "toolkit/pal/PwHeap.h"
+#include <lodeqdb/toolkit/pal/PwHeap.h>
 
 #include <atomic>
 #include <cassert>

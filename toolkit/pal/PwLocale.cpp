@@ -1,7 +1,7 @@
 // The toolkit's locale value over the utility library's locale table.
-#include "toolkit/pal/PwLocale.h"
+#include <lodeqdb/toolkit/pal/PwLocale.h>
 
-#include "lodeutil/LocaleId.h"
+#include <lodeqdb/lodeutil/LocaleId.h>
 
 PwLocale::PwLocale() : m_id(LodeUtil::ProcessLocaleId()) {}
 

@@ -1,5 +1,5 @@
 // Class records: a name and a parent, and the derivation test over the parent chain.
-#include "toolkit/rx/PwRxClass.h"
+#include <lodeqdb/toolkit/rx/PwRxClass.h>
 
 PWRX_DEFINE_MEMBERS(PwRxClass, PwRxObject, u"PwRxClass");
 

@@ -1,8 +1,8 @@
 // Named run-time objects, and the system registry built from them.
-#include "toolkit/rx/PwRxDictionary.h"
+#include <lodeqdb/toolkit/rx/PwRxDictionary.h>
 
-#include "toolkit/rx/PwRxClass.h"
-#include "toolkit/rx/PwRxDynamicLinker.h"
+#include <lodeqdb/toolkit/rx/PwRxClass.h>
+#include <lodeqdb/toolkit/rx/PwRxDynamicLinker.h>
 
 PWRX_DEFINE_MEMBERS(PwRxDictionary, PwRxObject, u"PwRxDictionary");
 

@@ -1,8 +1,8 @@
 // The dynamic linker entry of the system registry: the product's locale, and modules.
-#include "toolkit/rx/PwRxDynamicLinker.h"
+#include <lodeqdb/toolkit/rx/PwRxDynamicLinker.h>
 
-#include "toolkit/rx/PwRxClass.h"
-#include "toolkit/rx/PwRxModules.h"
+#include <lodeqdb/toolkit/rx/PwRxClass.h>
+#include <lodeqdb/toolkit/rx/PwRxModules.h>
 
 PWRX_DEFINE_MEMBERS(PwRxDynamicLinker, PwRxObject, u"PwRxDynamicLinker");
 

@@ -1,12 +1,12 @@
 // Loading toolkit modules by file name, and the registry of the services they provide.
-#include "toolkit/rx/PwRxModules.h"
+#include <lodeqdb/toolkit/rx/PwRxModules.h>
 
 #include <map>
 #include <mutex>
 
-#include "lodeutil/AbsoluteFilePath.h"
-#include "lodeutil/FileSystem.h"
-#include "lodeutil/Path.h"
+#include <lodeqdb/lodeutil/AbsoluteFilePath.h>
+#include <lodeqdb/lodeutil/FileSystem.h>
+#include <lodeqdb/lodeutil/Path.h>
 
 namespace {
 

@@ -1,12 +1,12 @@
 // The root class, class records and their registration.
-#include "toolkit/rx/PwRxObject.h"
+#include <lodeqdb/toolkit/rx/PwRxObject.h>
 
 #include <memory>
 #include <mutex>
 #include <vector>
 
-#include "toolkit/rx/PwRxClass.h"
-#include "toolkit/rx/PwRxDictionary.h"
+#include <lodeqdb/toolkit/rx/PwRxClass.h>
+#include <lodeqdb/toolkit/rx/PwRxDictionary.h>
 
 namespace {
 

@@ -1,7 +1,7 @@
 // The reader of formatted text's codes: what stays of it as plain text.
-#include "toolkit/table/PwDbFormattedText.h"
+#include <lodeqdb/toolkit/table/PwDbFormattedText.h>
 
-#include "toolkit/core/PwStringBuffer.h"
+#include <lodeqdb/toolkit/core/PwStringBuffer.h>
 
 namespace {
 

@@ -1,15 +1,15 @@
 // The table entity: its rows, columns and cells, their changes under the open protocol, and
 // how a table is filed.
-#include "toolkit/table/PwDbTable.h"
+#include <lodeqdb/toolkit/table/PwDbTable.h>
 
 #include <cmath>
 #include <utility>
 
-#include "toolkit/core/PwString.h"
+#include <lodeqdb/toolkit/core/PwString.h>
 #include "toolkit/db/PwDbStub.h"
-#include "toolkit/db/PwDbDatabase.h"
-#include "toolkit/db/PwDbPlwFiler.h"
-#include "toolkit/db/PwDbTextStyleTable.h"
+#include <lodeqdb/toolkit/db/PwDbDatabase.h>
+#include <lodeqdb/toolkit/db/PwDbPlwFiler.h>
+#include <lodeqdb/toolkit/db/PwDbTextStyleTable.h>
 
 PWRX_DEFINE_DYNAMIC_MEMBERS(PwDbTable, PwDbEntity, u"PwDbTable");
 

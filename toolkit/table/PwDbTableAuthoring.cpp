@@ -1,8 +1,8 @@
 // Tables made from their description, cell by cell, through the table's own setters.
-#include "toolkit/table/PwDbTableAuthoring.h"
+#include <lodeqdb/toolkit/table/PwDbTableAuthoring.h>
 
-#include "toolkit/db/PwDbAuthoring.h"
-#include "toolkit/table/PwDbTable.h"
+#include <lodeqdb/toolkit/db/PwDbAuthoring.h>
+#include <lodeqdb/toolkit/table/PwDbTable.h>
 
 namespace PwDbAuthoring {
 namespace {

@@ -1,10 +1,10 @@
-#include "toolkit/underlay/PwDbUnderlayAuthoring.h"
+#include <lodeqdb/toolkit/underlay/PwDbUnderlayAuthoring.h>
 
-#include "toolkit/db/PwDbAuthoring.h"
-#include "toolkit/db/PwDbDictionary.h"
-#include "toolkit/db/PwDbObjectPointer.h"
-#include "toolkit/underlay/PwDbUnderlayDefinition.h"
-#include "toolkit/underlay/PwDbUnderlayReference.h"
+#include <lodeqdb/toolkit/db/PwDbAuthoring.h>
+#include <lodeqdb/toolkit/db/PwDbDictionary.h>
+#include <lodeqdb/toolkit/db/PwDbObjectPointer.h>
+#include <lodeqdb/toolkit/underlay/PwDbUnderlayDefinition.h>
+#include <lodeqdb/toolkit/underlay/PwDbUnderlayReference.h>
 
 namespace PwDbAuthoring {
 

@@ -1,8 +1,8 @@
-#include "toolkit/underlay/PwDbUnderlayDefinition.h"
+#include <lodeqdb/toolkit/underlay/PwDbUnderlayDefinition.h>
 
 #include "toolkit/core/PwWideText.h"
-#include "toolkit/db/PwDbDependentFiles.h"
-#include "toolkit/db/PwDbPlwFiler.h"
+#include <lodeqdb/toolkit/db/PwDbDependentFiles.h>
+#include <lodeqdb/toolkit/db/PwDbPlwFiler.h>
 
 PWRX_DEFINE_MEMBERS(PwDbUnderlayDefinition, PwDbObject, u"PwDbUnderlayDefinition");
 PWRX_DEFINE_DYNAMIC_MEMBERS(PwDbPdfDefinition, PwDbUnderlayDefinition, u"PwDbPdfDefinition");

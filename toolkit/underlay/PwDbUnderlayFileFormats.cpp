@@ -1,9 +1,9 @@
-#include "toolkit/underlay/PwDbUnderlayFileFormats.h"
+#include <lodeqdb/toolkit/underlay/PwDbUnderlayFileFormats.h>
 
 #include <cstring>
 #include <string>
 
-#include "toolkit/pal/PwFileIO.h"
+#include <lodeqdb/toolkit/pal/PwFileIO.h>
 
 namespace {
 

@@ -1,6 +1,6 @@
-#include "toolkit/underlay/PwDbUnderlayReference.h"
+#include <lodeqdb/toolkit/underlay/PwDbUnderlayReference.h>
 
-#include "toolkit/db/PwDbPlwFiler.h"
+#include <lodeqdb/toolkit/db/PwDbPlwFiler.h>
 
 PWRX_DEFINE_DYNAMIC_MEMBERS(PwDbUnderlayReference, PwDbEntity, u"PwDbUnderlayReference");
 

@@ -1,14 +1,14 @@
 // The reference graph, built from the state resolution left in the reference blocks.
-#include "toolkit/xref/PwDbXrefGraph.h"
+#include <lodeqdb/toolkit/xref/PwDbXrefGraph.h>
 
 #include <algorithm>
 #include <unordered_map>
 #include <unordered_set>
 #include <vector>
 
-#include "toolkit/db/PwDbBlockTable.h"
-#include "toolkit/db/PwDbDatabase.h"
-#include "toolkit/db/PwDbDependentFiles.h"
+#include <lodeqdb/toolkit/db/PwDbBlockTable.h>
+#include <lodeqdb/toolkit/db/PwDbDatabase.h>
+#include <lodeqdb/toolkit/db/PwDbDependentFiles.h>
 #include "toolkit/xref/PwDbXrefResolver.h"
 #include "toolkit/xref/PwDbXrefState.h"
 

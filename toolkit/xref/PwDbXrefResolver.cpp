@@ -5,15 +5,15 @@
 #include <algorithm>
 #include <memory>
 
-#include "lodeutil/Path.h"
-#include "lodeutil/Strings.h"
-#include "toolkit/db/PwDbBlockTable.h"
-#include "toolkit/db/PwDbDatabase.h"
-#include "toolkit/db/PwDbDependentFiles.h"
+#include <lodeqdb/lodeutil/Path.h>
+#include <lodeqdb/lodeutil/Strings.h>
+#include <lodeqdb/toolkit/db/PwDbBlockTable.h>
+#include <lodeqdb/toolkit/db/PwDbDatabase.h>
+#include <lodeqdb/toolkit/db/PwDbDependentFiles.h>
 #include "toolkit/db/PwDbStub.h"
-#include "toolkit/pal/PwFileIO.h"
+#include <lodeqdb/toolkit/pal/PwFileIO.h>
 #include "toolkit/xref/PwDbXrefState.h"
-#include "toolkit/xref/PwDbXrefs.h"
+#include <lodeqdb/toolkit/xref/PwDbXrefs.h>
 
 namespace FileIO = Morvane::Plotwright::PAL::FileIO;
 using Plotwright::ErrorStatus;

@@ -7,11 +7,11 @@
 #include <unordered_set>
 #include <vector>
 
-#include "lodeutil/WideString.h"
+#include <lodeqdb/lodeutil/WideString.h>
 
-#include "toolkit/core/PwErrorStatus.h"
-#include "toolkit/db/PwDb.h"
-#include "toolkit/db/PwDbObjectId.h"
+#include <lodeqdb/toolkit/core/PwErrorStatus.h>
+#include <lodeqdb/toolkit/db/PwDb.h>
+#include <lodeqdb/toolkit/db/PwDbObjectId.h>
 
 class PwDbBlockTableRecord;
 class PwDbDatabase;

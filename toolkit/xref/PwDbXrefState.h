@@ -7,8 +7,8 @@
 #include <memory>
 #include <string>
 
-#include "toolkit/db/PwDbDatabase.h"
-#include "toolkit/xref/PwDbXrefGraph.h"
+#include <lodeqdb/toolkit/db/PwDbDatabase.h>
+#include <lodeqdb/toolkit/xref/PwDbXrefGraph.h>
 
 /// A drawing loaded for a reference knows the host that owns it and where it was loaded from;
 /// that stays when it is read again.

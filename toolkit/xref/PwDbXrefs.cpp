@@ -1,9 +1,9 @@
 // The public entry points of reference resolution.
-#include "toolkit/xref/PwDbXrefs.h"
+#include <lodeqdb/toolkit/xref/PwDbXrefs.h>
 
 #include <set>
 
-#include "toolkit/db/PwDbDatabase.h"
+#include <lodeqdb/toolkit/db/PwDbDatabase.h>
 #include "toolkit/xref/PwDbXrefResolver.h"
 
 Plotwright::ErrorStatus pwdbResolveCurrentXRefs(PwDbDatabase* database, bool /*useThreadEngine*/,
