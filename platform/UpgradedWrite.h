@@ -1,7 +1,7 @@
 // The write through a read open shared by the const setters: upgrade, write, downgrade.
 #pragma once
 
-#include <lodeqdb/toolkit/core/PwErrorStatus.h>
+#include <lodeqdb/toolkit/pal/PwErrorStatus.h>
 #include <lodeqdb/toolkit/db/PwDbObject.h>
 
 namespace LodeQDBUtil::detail {

@@ -44,7 +44,7 @@
 
 // The drawing-database toolkit
 #include <lodeqdb/toolkit/core/PwArray.h>
-#include <lodeqdb/toolkit/core/PwErrorStatus.h>
+#include <lodeqdb/toolkit/pal/PwErrorStatus.h>
 #include <lodeqdb/toolkit/core/PwString.h>
 #include <lodeqdb/toolkit/core/PwStringBuffer.h>
 #include <lodeqdb/toolkit/db/PwDb.h>

@@ -16,7 +16,7 @@
 #include <vector>
 
 #include <lodeqdb/lodeutil/WideString.h>
-#include <lodeqdb/toolkit/core/PwErrorStatus.h>
+#include <lodeqdb/toolkit/pal/PwErrorStatus.h>
 
 /// The design file's units, from its control block.
 struct DgnV7Units {

@@ -21,7 +21,7 @@
 #include <lodeqdb/lodeutil/WideString.h>
 #include "modules/dgn/DgnConvertReport.h"
 #include "modules/dgn/DgnV7DesignFile.h"
-#include <lodeqdb/toolkit/core/PwErrorStatus.h>
+#include <lodeqdb/toolkit/pal/PwErrorStatus.h>
 #include <lodeqdb/toolkit/db/PwDbDatabase.h>
 #include <lodeqdb/toolkit/db/PwDbObjectId.h>
 #include <lodeqdb/toolkit/dgn/PwDbDgnConvertOptions.h>

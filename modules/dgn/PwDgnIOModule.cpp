@@ -15,7 +15,7 @@
 #include "modules/dgn/DgnV7DesignFile.h"
 #include "modules/dgn/DgnV7Translator.h"
 #include <lodeqdb/toolkit/core/PwArray.h>
-#include <lodeqdb/toolkit/core/PwErrorStatus.h>
+#include <lodeqdb/toolkit/pal/PwErrorStatus.h>
 #include <lodeqdb/toolkit/core/PwString.h>
 #include <lodeqdb/toolkit/db/PwDbDatabase.h>
 #include <lodeqdb/toolkit/dgn/PwDbDgnConvertOptions.h>

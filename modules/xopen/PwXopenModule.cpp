@@ -1,7 +1,7 @@
 // The module "PwXopen.qmx": opens references again from disk, on behalf of callers that bind
 // it by name (the service "PlotwrightXopen").
 #include <lodeqdb/toolkit/core/PwArray.h>
-#include <lodeqdb/toolkit/core/PwErrorStatus.h>
+#include <lodeqdb/toolkit/pal/PwErrorStatus.h>
 #include <lodeqdb/toolkit/db/PwDbObjectId.h>
 #include <lodeqdb/toolkit/rx/PwRxModules.h>
 #include <lodeqdb/toolkit/xref/PwDbXrefs.h>

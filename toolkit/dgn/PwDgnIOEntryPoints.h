@@ -11,7 +11,7 @@
 #include <cstdint>
 
 #include <lodeqdb/toolkit/core/PwArray.h>
-#include <lodeqdb/toolkit/core/PwErrorStatus.h>
+#include <lodeqdb/toolkit/pal/PwErrorStatus.h>
 #include <lodeqdb/toolkit/core/PwString.h>
 #include <lodeqdb/toolkit/dgn/PwDbDgnConvertOptions.h>
 #include <lodeqdb/toolkit/dgn/PwDbDgnConvertReport.h>

@@ -90,7 +90,7 @@
 #include <string>
 #include <string_view>
 
-#include <lodeqdb/toolkit/core/PwErrorStatus.h>
+#include <lodeqdb/toolkit/pal/PwErrorStatus.h>
 #include "toolkit/file/PwDbDrawingImage.h"
 
 /// The largest preview width and height a file holds.

@@ -12,7 +12,7 @@
 #include <string_view>
 #include <vector>
 
-#include <lodeqdb/toolkit/core/PwErrorStatus.h>
+#include <lodeqdb/toolkit/pal/PwErrorStatus.h>
 #include <lodeqdb/toolkit/db/PwDbObjectRecord.h>
 
 /// Appends the objects payload of `objects` to `payload`. StatusInvalidInput for a record the

@@ -33,7 +33,7 @@
 #include <string>
 #include <string_view>
 
-#include <lodeqdb/toolkit/core/PwErrorStatus.h>
+#include <lodeqdb/toolkit/pal/PwErrorStatus.h>
 #include "toolkit/file/PwDbDrawingImage.h"
 
 /// The identification line that starts every exchange file.

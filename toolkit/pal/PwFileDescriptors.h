@@ -4,7 +4,7 @@
 
 #include <string_view>
 
-#include <lodeqdb/toolkit/core/PwErrorStatus.h>
+#include <lodeqdb/toolkit/pal/PwErrorStatus.h>
 
 /// The toolkit's status for the errno of a failed file call: a missing file, a refusal
 /// (permission, or a lock that stayed held), a name no file can have, or a failed input or

@@ -9,7 +9,7 @@
 #pragma once
 
 #include <lodeqdb/lodeutil/WideString.h>
-#include <lodeqdb/toolkit/core/PwErrorStatus.h>
+#include <lodeqdb/toolkit/pal/PwErrorStatus.h>
 
 class PwDbDatabase;
 

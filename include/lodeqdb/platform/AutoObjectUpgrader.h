@@ -5,7 +5,7 @@
 //   if (upgrade.GetStatus() == Plotwright::StatusOk) record->setName(u"NEW");
 #pragma once
 
-#include <lodeqdb/toolkit/core/PwErrorStatus.h>
+#include <lodeqdb/toolkit/pal/PwErrorStatus.h>
 
 class PwDbObject;
 

@@ -25,7 +25,7 @@
 #include <boost/shared_ptr.hpp>
 #include <cstdint>
 
-#include <lodeqdb/toolkit/core/PwErrorStatus.h>
+#include <lodeqdb/toolkit/pal/PwErrorStatus.h>
 #include <lodeqdb/toolkit/db/PwDb.h>
 #include <lodeqdb/toolkit/db/PwDbBlockTable.h>
 #include <lodeqdb/toolkit/db/PwDbObjectPointer.h>

@@ -29,7 +29,7 @@
 #include <exception>
 
 #include <lodeqdb/lodeutil/WideString.h>
-#include <lodeqdb/toolkit/core/PwErrorStatus.h>
+#include <lodeqdb/toolkit/pal/PwErrorStatus.h>
 
 namespace lode {
 

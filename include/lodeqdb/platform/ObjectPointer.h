@@ -9,7 +9,7 @@
 // progress stays. An object fetched through a transaction belongs to it and isn't closed here.
 #pragma once
 
-#include <lodeqdb/toolkit/core/PwErrorStatus.h>
+#include <lodeqdb/toolkit/pal/PwErrorStatus.h>
 #include <lodeqdb/toolkit/db/PwDb.h>
 #include <lodeqdb/toolkit/db/PwDbDatabase.h>
 #include <lodeqdb/toolkit/db/PwDbObjectId.h>

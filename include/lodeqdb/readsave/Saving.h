@@ -11,7 +11,7 @@
 
 #include <lodeqdb/vocabulary/FormatGeneration.h>
 #include <lodeqdb/lodeutil/WideString.h>
-#include <lodeqdb/toolkit/core/PwErrorStatus.h>
+#include <lodeqdb/toolkit/pal/PwErrorStatus.h>
 
 class PwDbDatabase;
 

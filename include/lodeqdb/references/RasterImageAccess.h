@@ -10,7 +10,7 @@
 
 #include <lodeqdb/lodeutil/WideString.h>
 #include <lodeqdb/platform/ObjectPointer.h>
-#include <lodeqdb/toolkit/core/PwErrorStatus.h>
+#include <lodeqdb/toolkit/pal/PwErrorStatus.h>
 #include <lodeqdb/toolkit/db/PwDbObjectId.h>
 #include <lodeqdb/toolkit/image/PwDbRasterImageDef.h>
 

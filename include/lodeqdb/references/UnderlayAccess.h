@@ -7,7 +7,7 @@
 
 #include <lodeqdb/lodeutil/WideString.h>
 #include <lodeqdb/toolkit/core/PwArray.h>
-#include <lodeqdb/toolkit/core/PwErrorStatus.h>
+#include <lodeqdb/toolkit/pal/PwErrorStatus.h>
 #include <lodeqdb/toolkit/core/PwString.h>
 #include <lodeqdb/toolkit/db/PwDbObjectId.h>
 

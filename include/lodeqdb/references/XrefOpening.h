@@ -5,7 +5,7 @@
 #pragma once
 
 #include <lodeqdb/toolkit/core/PwArray.h>
-#include <lodeqdb/toolkit/core/PwErrorStatus.h>
+#include <lodeqdb/toolkit/pal/PwErrorStatus.h>
 #include <lodeqdb/toolkit/db/PwDbObjectId.h>
 
 namespace pwdb {

@@ -21,7 +21,7 @@
 #include <cstring>
 #include <type_traits>
 
-#include <lodeqdb/toolkit/core/PwErrorStatus.h>
+#include <lodeqdb/toolkit/pal/PwErrorStatus.h>
 #include <lodeqdb/toolkit/pal/PwHeap.h>
 
 /// Moves elements from an old block to a new one when a PwArray changes blocks, as plain

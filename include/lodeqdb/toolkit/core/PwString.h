@@ -19,7 +19,7 @@
 #include <cstdint>
 
 #include <lodeqdb/lodeutil/WideString.h>
-#include <lodeqdb/toolkit/core/PwErrorStatus.h>
+#include <lodeqdb/toolkit/pal/PwErrorStatus.h>
 
 class PwString {
   public:

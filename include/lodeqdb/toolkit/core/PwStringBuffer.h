@@ -8,7 +8,7 @@
 //   pwutDelBuffer(copy);   // copy is null afterwards
 #pragma once
 
-#include <lodeqdb/toolkit/core/PwErrorStatus.h>
+#include <lodeqdb/toolkit/pal/PwErrorStatus.h>
 
 /// Copies the zero-terminated `text` into a new buffer from pwHeapAlloc; `out` receives it and
 /// the caller owns it until it goes back through pwutDelBuffer.

@@ -18,7 +18,7 @@
 #include <memory>
 
 #include <lodeqdb/lodeutil/WideString.h>
-#include <lodeqdb/toolkit/core/PwErrorStatus.h>
+#include <lodeqdb/toolkit/pal/PwErrorStatus.h>
 #include <lodeqdb/toolkit/db/PwDbDatabase.h>
 #include <lodeqdb/toolkit/ge/PwGeGeometry.h>
 

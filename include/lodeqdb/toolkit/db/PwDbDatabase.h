@@ -23,7 +23,7 @@
 
 #include <lodeqdb/lodeutil/WideString.h>
 #include <lodeqdb/toolkit/core/PwArray.h>
-#include <lodeqdb/toolkit/core/PwErrorStatus.h>
+#include <lodeqdb/toolkit/pal/PwErrorStatus.h>
 #include <lodeqdb/toolkit/db/PwDb.h>
 #include <lodeqdb/toolkit/db/PwDbObjectId.h>
 #include <lodeqdb/toolkit/db/PwDbDatabaseExtension.h>

@@ -16,7 +16,7 @@
 #pragma once
 
 #include <lodeqdb/lodeutil/WideString.h>
-#include <lodeqdb/toolkit/core/PwErrorStatus.h>
+#include <lodeqdb/toolkit/pal/PwErrorStatus.h>
 #include <lodeqdb/toolkit/db/PwDbHostApplicationServices.h>
 
 class PwDbDatabase;

@@ -30,7 +30,7 @@
 #include <utility>
 
 #include <lodeqdb/toolkit/core/PwArray.h>
-#include <lodeqdb/toolkit/core/PwErrorStatus.h>
+#include <lodeqdb/toolkit/pal/PwErrorStatus.h>
 #include <lodeqdb/toolkit/db/PwDbObjectId.h>
 #include <lodeqdb/toolkit/rx/PwRxClass.h>
 #include <lodeqdb/toolkit/rx/PwRxObject.h>

@@ -14,7 +14,7 @@
 
 #include <utility>
 
-#include <lodeqdb/toolkit/core/PwErrorStatus.h>
+#include <lodeqdb/toolkit/pal/PwErrorStatus.h>
 #include <lodeqdb/toolkit/db/PwDbDatabase.h>
 #include <lodeqdb/toolkit/db/PwDbObject.h>
 

@@ -5,7 +5,7 @@
 //   return m_placement.readFrom(filer);      // StatusFilerError for values that make no sense
 #pragma once
 
-#include <lodeqdb/toolkit/core/PwErrorStatus.h>
+#include <lodeqdb/toolkit/pal/PwErrorStatus.h>
 #include <lodeqdb/toolkit/ge/PwGeGeometry.h>
 
 class PwDbPlwFiler;

@@ -15,7 +15,7 @@
 #include <memory>
 #include <vector>
 
-#include <lodeqdb/toolkit/core/PwErrorStatus.h>
+#include <lodeqdb/toolkit/pal/PwErrorStatus.h>
 #include <lodeqdb/toolkit/db/PwDb.h>
 #include <lodeqdb/toolkit/db/PwDbObjectId.h>
 

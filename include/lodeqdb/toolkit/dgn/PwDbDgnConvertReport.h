@@ -12,7 +12,7 @@
 
 #include <cstdint>
 
-#include <lodeqdb/toolkit/core/PwErrorStatus.h>
+#include <lodeqdb/toolkit/pal/PwErrorStatus.h>
 
 /// Element type of the row that counts bytes no element could be read from: the tail of a file
 /// cut short inside an element.

@@ -10,7 +10,7 @@
 #pragma once
 
 #include <lodeqdb/toolkit/core/PwArray.h>
-#include <lodeqdb/toolkit/core/PwErrorStatus.h>
+#include <lodeqdb/toolkit/pal/PwErrorStatus.h>
 #include <lodeqdb/toolkit/dgn/PwDbDgnRefFileData.h>
 
 /// Appends one new record per reference attachment of the DGN V7 design file `fileName` to

@@ -14,7 +14,7 @@
 #include <string_view>
 
 #include <lodeqdb/lodeutil/WideString.h>
-#include <lodeqdb/toolkit/core/PwErrorStatus.h>
+#include <lodeqdb/toolkit/pal/PwErrorStatus.h>
 
 enum class PwDbImageFormat { Unknown = 0, Png, Jpeg, Gif, Bmp, Tiff };
 

@@ -13,7 +13,7 @@
 // classes must be registered before any drawing is read, or a reader makes proxies of them.
 #pragma once
 
-#include <lodeqdb/toolkit/core/PwErrorStatus.h>
+#include <lodeqdb/toolkit/pal/PwErrorStatus.h>
 #include <lodeqdb/toolkit/core/PwString.h>
 
 class PwDbDatabase;

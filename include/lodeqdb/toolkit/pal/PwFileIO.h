@@ -25,7 +25,7 @@
 #include <string_view>
 
 #include <lodeqdb/lodeutil/WideString.h>
-#include <lodeqdb/toolkit/core/PwErrorStatus.h>
+#include <lodeqdb/toolkit/pal/PwErrorStatus.h>
 
 namespace Morvane::Plotwright::PAL::FileIO {
 

@@ -24,7 +24,7 @@
 
 #include <lodeqdb/lodeutil/Module.h>
 #include <lodeqdb/lodeutil/WideString.h>
-#include <lodeqdb/toolkit/core/PwErrorStatus.h>
+#include <lodeqdb/toolkit/pal/PwErrorStatus.h>
 
 /// The name under which a module exports its initialization, `extern "C" bool ()`.
 inline constexpr char kPwrxModuleInitializeSymbol[] = "pwrxModuleInitialize";

@@ -28,7 +28,7 @@
 #include <vector>
 
 #include <lodeqdb/lodeutil/WideString.h>
-#include <lodeqdb/toolkit/core/PwErrorStatus.h>
+#include <lodeqdb/toolkit/pal/PwErrorStatus.h>
 #include <lodeqdb/toolkit/db/PwDb.h>
 #include <lodeqdb/toolkit/db/PwDbObjectId.h>
 
