@@ -1,3 +1,4 @@
+// Model document references of a drawing, read through the toolkit's model document objects.
 #include <lodeqdb/contents/GearmarkRef.h>
 
 #include <lodeqdb/platform/ThrowLodeExceptionOnFile.h>

@@ -1,3 +1,4 @@
+// The layer table of a drawing as plain records.
 #include <lodeqdb/contents/Layers.h>
 
 #include <memory>

@@ -1,3 +1,4 @@
+// The layouts and named plot settings of a drawing as plain records.
 #include <lodeqdb/contents/Layouts.h>
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// Reading the application information section: finding its marker, then its entries.
 #include <lodeqdb/identification/AppInfo.h>
 
 #include <memory>
@@ -5,12 +6,10 @@
 #include "identification/BufferedFile.h"
 
 #include <lodeqdb/identification/HeaderVersion.h>
+#include <lodeqdb/lodeutil/ByteOrder.h>
 
 namespace LodeQDBUtil {
 
-const unsigned char kAppInfoMarker[32] = {
-    0x53, 0xDE, 0x38, 0x1D, 0xEC, 0x43, 0x21, 0xCA, 0x96, 0x19, 0xE1, 0xE2, 0x17, 0x1A, 0x2A, 0x67,
-    0x3B, 0xD9, 0x7F, 0xF7, 0x3C, 0xBB, 0xCE, 0x08, 0xA0, 0x53, 0xD8, 0xED, 0xD2, 0x8D, 0xC5, 0xC7};
 
 namespace {
 
@@ -20,15 +19,14 @@ constexpr uint32_t kLocalUnits = 1024;
 bool ReadUint16(BufferedFile& file, uint16_t& value) {
     unsigned char bytes[2];
     if (!ReadBytes(file, bytes, 2)) return false;
-    value = static_cast<uint16_t>(bytes[0] | bytes[1] << 8);
+    value = LodeUtil::LittleEndian16(bytes);
     return true;
 }
 
 bool ReadUint32(BufferedFile& file, uint32_t& value) {
     unsigned char bytes[4];
     if (!ReadBytes(file, bytes, 4)) return false;
-    value = uint32_t{bytes[0]} | uint32_t{bytes[1]} << 8 | uint32_t{bytes[2]} << 16 |
-            uint32_t{bytes[3]} << 24;
+    value = LodeUtil::LittleEndian32(bytes);
     return true;
 }
 
@@ -56,7 +54,7 @@ bool ReadAppInfoString(BufferedFile& file, wstring& text) {
     }
     if (!ReadBytes(file, units, uint32_t{length} * 2)) return false;
     for (uint32_t i = 0; i + 1 < length; ++i)
-        text.push_back(static_cast<char16_t>(units[2 * i] | units[2 * i + 1] << 8));
+        text.push_back(static_cast<char16_t>(LodeUtil::LittleEndian16(units + 2 * i)));
     return true;
 }
 

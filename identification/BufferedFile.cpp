@@ -1,3 +1,4 @@
+// The header reader's buffered reads: counted bytes and the scan for a marker.
 #include "identification/BufferedFile.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// Telling the kind of application that made a drawing, by header and by content.
 #include <lodeqdb/identification/CreatorKind.h>
 
 #include <lodeqdb/identification/AppInfo.h>

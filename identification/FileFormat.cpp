@@ -1,3 +1,4 @@
+// The format generation of a drawing file, and the questions asked of a generation.
 #include <lodeqdb/identification/FileFormat.h>
 
 #include <lodeqdb/platform/ThrowLodeExceptionOnFile.h>

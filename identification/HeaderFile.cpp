@@ -1,3 +1,4 @@
+// Opening files for the header reader: read-only, shared, never created.
 #include "identification/HeaderFile.h"
 
 namespace LodeQDBUtil {

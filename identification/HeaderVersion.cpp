@@ -1,9 +1,11 @@
+// Reading the version signature and the section offsets from a drawing file's header.
 #include <lodeqdb/identification/HeaderVersion.h>
 
 #include <algorithm>
 #include <cstring>
 
 #include "identification/HeaderFile.h"
+#include <lodeqdb/lodeutil/ByteOrder.h>
 
 namespace LodeQDBUtil {
 
@@ -25,11 +27,6 @@ constexpr Signature kSignatures[] = {
 
 constexpr size_t kHeaderSize = 128;
 
-uint32_t LittleEndian32(const unsigned char* bytes) {
-    return uint32_t{bytes[0]} | uint32_t{bytes[1]} << 8 | uint32_t{bytes[2]} << 16 |
-           uint32_t{bytes[3]} << 24;
-}
-
 }  // namespace
 
 int ReadFileVersionSignature(const char16_t* path, uint32_t& scanStart) {
@@ -43,9 +40,9 @@ int ReadFileVersionSignature(const char16_t* path, uint32_t& scanStart) {
     for (const Signature& signature : kSignatures) {
         if (std::memcmp(header, signature.text, 6) != 0) continue;
         if (signature.code >= kFirstCodeWithAppInfo) {
-            scanStart = LittleEndian32(header + 48);
+            scanStart = LodeUtil::LittleEndian32(header + 48);
             if (scanStart == 0)
-                scanStart = std::max(LittleEndian32(header + 44), LittleEndian32(header + 13));
+                scanStart = std::max(LodeUtil::LittleEndian32(header + 44), LodeUtil::LittleEndian32(header + 13));
         }
         return signature.code;
     }

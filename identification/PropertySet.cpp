@@ -1,3 +1,4 @@
+// Parsing property set text into typed properties.
 #include <lodeqdb/identification/PropertySet.h>
 
 #include <cstdio>

@@ -1,3 +1,4 @@
+// Reading and writing section-and-key settings files.
 #include <lodeqdb/lodeutil/ProfileFile.h>
 
 #include <unistd.h>

@@ -1,3 +1,4 @@
+// The scoped upgrade of an open from read to write.
 #include <lodeqdb/platform/AutoObjectUpgrader.h>
 
 #include <lodeqdb/toolkit/db/PwDbObject.h>

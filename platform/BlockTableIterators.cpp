@@ -1,3 +1,4 @@
+// Opening the block table for the iterators, and the iterators' steps.
 #include <lodeqdb/platform/BlockTableIterators.h>
 
 #include <climits>

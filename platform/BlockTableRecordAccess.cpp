@@ -1,3 +1,4 @@
+// Block table records' names, reference paths and states in wide strings.
 #include <lodeqdb/platform/BlockTableRecordAccess.h>
 
 #include <lodeqdb/lodeutil/FileSystem.h>

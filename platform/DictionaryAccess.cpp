@@ -1,3 +1,4 @@
+// Dictionary entries' names in wide strings.
 #include <lodeqdb/platform/DictionaryAccess.h>
 
 #include <lodeqdb/lodeutil/Strings.h>

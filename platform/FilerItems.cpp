@@ -1,3 +1,4 @@
+// Reading and writing one filer item at a time in wide strings and integers.
 #include <lodeqdb/platform/FilerItems.h>
 
 #include <lodeqdb/toolkit/core/PwStringBuffer.h>

@@ -14,7 +14,7 @@ constexpr char kUnknownException[] = "Unknown exception";
 
 namespace lode {
 
-LodeException::LodeException(const int32_t& code) : m_code(code) {}
+LodeException::LodeException(const int32_t& code) : code_(code) {}
 
 LodeException::~LodeException() = default;
 
@@ -23,7 +23,7 @@ const char* LodeException::what() const noexcept {
 }
 
 PlotwrightException::PlotwrightException(const Plotwright::ErrorStatus& status)
-    : LodeException(PlotwrightErrorCode), m_status(status) {}
+    : LodeException(PlotwrightErrorCode), status_(status) {}
 
 FileError::FileError(const int32_t& code, const int32_t& textNumber, const wstring& argument)
     : LodeException(code) {

@@ -14,7 +14,7 @@ const LodeUtil::ModuleHandle kLibraryModule =
     LodeUtil::Module::Containing(reinterpret_cast<const void*>(&LibraryModule));
 
 int ProductLocaleId() {
-    auto* linker = PwRxDynamicLinker::cast(pwrxSysRegistry()->at(u"DynamicLinker"));
+    PwRxDynamicLinker* linker = pwrxDynamicLinker();
     // A registry without its linker would be a broken toolkit; fall back to the process's
     // locale rather than fail every message.
     return linker ? linker->productLocale().id() : PwLocale().id();
@@ -32,24 +32,24 @@ ResourceModule& ResourceModule::Instance() {
 }
 
 ResourceModule::~ResourceModule() {
-    if (LodeUtil::ModuleHandle held = m_module.exchange(nullptr)) LodeUtil::Module::Free(held);
+    if (LodeUtil::ModuleHandle held = module_.exchange(nullptr)) LodeUtil::Module::Free(held);
 }
 
 LodeUtil::ModuleHandle ResourceModule::Get() {
-    if (LodeUtil::ModuleHandle held = m_module.load()) return held;
+    if (LodeUtil::ModuleHandle held = module_.load()) return held;
     const wstring name = LodeUtil::GetResDLLName(LibraryModule(), false);
     const wstring path = LodeUtil::AddLocaleFolderToResDLLPath(name, ProductLocaleId());
     LodeUtil::ModuleHandle loaded = LodeUtil::Module::Load(path);
     // A failed load stores nothing, so the next text asked for tries again.
-    if (loaded == nullptr) return m_module.load();
-    LodeUtil::ModuleHandle previous = m_module.exchange(loaded);
+    if (loaded == nullptr) return module_.load();
+    LodeUtil::ModuleHandle previous = module_.exchange(loaded);
     // Another thread stored a module meanwhile: the holder keeps one load, not two.
     if (previous != nullptr) LodeUtil::Module::Free(previous);
     return loaded;
 }
 
 LodeUtil::ModuleHandle ResourceModule::Held() const {
-    return m_module.load();
+    return module_.load();
 }
 
 wstring LoadMessageText(int number) {

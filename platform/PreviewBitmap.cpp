@@ -1,3 +1,4 @@
+// A drawing file's preview image as a bitmap, read without opening the drawing.
 #include <lodeqdb/platform/PreviewBitmap.h>
 
 #include <lodeqdb/lodeutil/BStr.h>

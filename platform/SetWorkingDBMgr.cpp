@@ -1,3 +1,4 @@
+// The scoped change of the host's working database.
 #include <lodeqdb/platform/SetWorkingDBMgr.h>
 
 #include <lodeqdb/toolkit/db/PwDbHostApplicationServices.h>

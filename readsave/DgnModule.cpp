@@ -1,3 +1,4 @@
+// Binding the DGN module's entries, and asking it whether a file is a DGN file.
 #include "readsave/DgnBinding.h"
 #include <lodeqdb/readsave/DgnModule.h>
 
@@ -25,9 +26,9 @@ void* BindDgnEntryPoint(const char* name) {
     ++g_lookups;
     LodeUtil::ModuleHandle module = pwrxModuleHandle(kPwDgnModuleName);
     if (module == nullptr) {
-        // The linker is the toolkit's own registry entry; it is always there.
-        auto* linker = static_cast<PwRxDynamicLinker*>(pwrxSysRegistry()->at(u"DynamicLinker"));
-        if (!linker->loadModule(kPwDgnModuleName, false, true)) throw lode::InkstoneError();
+        PwRxDynamicLinker* linker = pwrxDynamicLinker();
+        if (linker == nullptr || !linker->loadModule(kPwDgnModuleName, false, true))
+            throw lode::InkstoneError();
         module = pwrxModuleHandle(kPwDgnModuleName);
         if (module == nullptr) throw lode::InkstoneError();
     }

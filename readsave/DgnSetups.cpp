@@ -1,3 +1,4 @@
+// Writing the host's DGN import settings file.
 #include <lodeqdb/readsave/DgnSetups.h>
 
 #include <lodeqdb/lodeutil/FileSystem.h>

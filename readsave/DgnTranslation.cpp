@@ -1,3 +1,4 @@
+// DGN models listed and translated into drawings through the DGN module.
 #include <lodeqdb/readsave/DgnTranslation.h>
 
 #include <lodeqdb/platform/LodeExceptions.h>

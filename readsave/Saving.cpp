@@ -1,3 +1,4 @@
+// Saving a drawing in its own format generation or in one the caller names.
 #include <lodeqdb/readsave/Saving.h>
 
 #include <lodeqdb/lodeutil/FileUtil.h>

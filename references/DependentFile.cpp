@@ -1,3 +1,4 @@
+// Finding a dependent file on disk: the stored path, then the places the host searches.
 #include <lodeqdb/references/DependentFile.h>
 
 #include <lodeqdb/lodeutil/FileSystem.h>

@@ -1,3 +1,4 @@
+// Whether a path is absolute or a URL, and which path a drawing has.
 #include <lodeqdb/references/PathQuestions.h>
 
 #include <lodeqdb/lodeutil/Path.h>

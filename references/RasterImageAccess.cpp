@@ -1,5 +1,7 @@
+// Raster image definitions and placements in wide strings, and the image dictionary.
 #include <lodeqdb/references/RasterImageAccess.h>
 
+#include <memory>
 #include <set>
 
 #include <lodeqdb/lodeutil/BStr.h>
@@ -18,7 +20,7 @@ PwDbObjectId FindImageDefinition(const wstring& path, PwDbDatabase* database) {
     PwDbDictionary* dictionary = nullptr;
     pwdbOpenObject(dictionary, dictionaryId, &PwDbDictionary::desc, PwDb::OpenForRead);
     if (dictionary == nullptr) return PwDbObjectId();
-    PwDbDictionaryIterator* iterator = dictionary->newIterator();
+    const std::unique_ptr<PwDbDictionaryIterator> iterator(dictionary->newIterator());
     PwDbObjectId found;
     for (; !iterator->atEnd() && found.isNull(); iterator->advance()) {
         PwDbObject* object = nullptr;
@@ -33,7 +35,6 @@ PwDbObjectId FindImageDefinition(const wstring& path, PwDbDatabase* database) {
         }
         pwdbReleaseObject(object);
     }
-    delete iterator;
     dictionary->close();
     return found;
 }

@@ -1,3 +1,4 @@
+// Underlay definitions and placements in wide strings, and the underlay dictionaries.
 #include <lodeqdb/references/UnderlayAccess.h>
 
 #include <lodeqdb/lodeutil/Strings.h>

@@ -1,3 +1,4 @@
+// Finding the loaded drawing of a reference in the host's reference graph.
 #include <lodeqdb/references/XrefDatabaseLookup.h>
 
 #include <lodeqdb/platform/BlockTableRecordAccess.h>

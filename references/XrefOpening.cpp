@@ -1,3 +1,4 @@
+// Reopening references from disk through the service of the reference module.
 #include <lodeqdb/references/XrefOpening.h>
 
 #include <lodeqdb/toolkit/rx/PwRxClass.h>
@@ -29,15 +30,12 @@ Plotwright::ErrorStatus OpenXrefFiles(const PwArray<PwDbObjectId>& blockIds, boo
         pwrxLoadModule(kModule, false, true);
         if (!pwrxServiceIsRegistered(kService)) return Plotwright::StatusXopenUnavailable;
     }
-    PwRxObject* entry = pwrxSysRegistry()->at(u"DynamicLinker");
-    auto* linker = entry != nullptr && PwRxClass::isDerivedFrom(entry->runtimeClass(),
-                                                                PwRxDynamicLinker::desc())
-                       ? static_cast<PwRxDynamicLinker*>(entry)
-                       : nullptr;
-    // Bound anew at every call: the address is not worth keeping across unloads.
+    PwRxDynamicLinker* linker = pwrxDynamicLinker();
+    // Asked anew at every call; the module, once it handed out its function, stays loaded.
     auto open = linker != nullptr ? reinterpret_cast<OpenXrefFileFunction>(
                                         linker->getSymbolAddress(kService, "pwdbOpenXrefFile"))
                                   : nullptr;
+    if (open != nullptr) pwrxPinModule(kModule);
     if (open == nullptr) return Plotwright::StatusXopenUnavailable;
     PwArray<PwDbObjectId> copy(blockIds);
     return open(std::move(copy), quiet);

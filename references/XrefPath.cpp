@@ -1,3 +1,4 @@
+// The full path of a reference's drawing in the context of its host.
 #include <lodeqdb/references/XrefPath.h>
 
 #include <lodeqdb/lodeutil/Path.h>

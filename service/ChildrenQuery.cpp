@@ -1,3 +1,4 @@
+// The direct dependencies of a drawing: references, then images, then underlays.
 #include <lodeqdb/service/ChildrenQuery.h>
 
 #include <memory>
@@ -77,7 +78,7 @@ class ChildCollector {
         if (dictionaryId.isNull()) return;
         PwDbObjectPointer<PwDbDictionary> dictionary(dictionaryId, PwDb::OpenForRead);
         if (dictionary.openStatus() != Plotwright::StatusOk) return;
-        PwDbDictionaryIterator* iterator = dictionary->newIterator();
+        const std::unique_ptr<PwDbDictionaryIterator> iterator(dictionary->newIterator());
         for (; !iterator->atEnd(); iterator->advance()) {
             PwDbObjectPointer<PwDbObject> entry(iterator->entryId(), PwDb::OpenForRead, false);
             if (entry.openStatus() != Plotwright::StatusOk || entry.object() == nullptr) continue;
@@ -85,7 +86,6 @@ class ChildCollector {
             // Asked with the entry still open: the record is made while it is.
             if (image != nullptr && !image->skipAsChild()) AddChild(entry->objectId());
         }
-        delete iterator;
     }
 
     void AddUnderlays() {
@@ -100,14 +100,13 @@ class ChildCollector {
                 continue;
             PwDbObjectPointer<PwDbDictionary> dictionary(dictionaryId, PwDb::OpenForRead);
             if (dictionary.openStatus() != Plotwright::StatusOk) continue;
-            PwDbDictionaryIterator* iterator = dictionary->newIterator();
+            const std::unique_ptr<PwDbDictionaryIterator> iterator(dictionary->newIterator());
             for (; !iterator->atEnd(); iterator->advance()) {
                 // Any class: an entry of another kind still makes a record, without name or type.
                 PwDbObjectPointer<PwDbObject> entry(iterator->entryId(), PwDb::OpenForRead, false);
                 if (entry.openStatus() == Plotwright::StatusOk && entry.object() != nullptr)
                     AddChild(entry->objectId());
             }
-            delete iterator;
         }
     }
 

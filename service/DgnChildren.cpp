@@ -1,3 +1,4 @@
+// The files a DGN design file attaches, from its reference table.
 #include <lodeqdb/service/DgnChildren.h>
 
 #include <lodeqdb/lodeutil/Path.h>

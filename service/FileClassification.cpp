@@ -1,3 +1,4 @@
+// The kind and status of a file a drawing depends on, by its name or its object.
 #include <lodeqdb/service/FileClassification.h>
 
 #include <lodeqdb/lodeutil/FileUtil.h>

@@ -1,3 +1,4 @@
+// The dependency record: constructors from a name and from an object id.
 #include <lodeqdb/service/FileData.h>
 
 namespace LodeQDBService {

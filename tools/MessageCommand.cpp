@@ -31,7 +31,7 @@ int ShowMessage(const MessageOptions& options) {
     }
     wstring text;
     LodeUtil::FormatMsg1(text, format, Wide(options.argument));
-    auto* linker = PwRxDynamicLinker::cast(pwrxSysRegistry()->at(u"DynamicLinker"));
+    PwRxDynamicLinker* linker = pwrxDynamicLinker();
     const std::string locale = linker ? Narrow(linker->productLocale().tag()) : std::string();
     if (options.json) {
         const nlohmann::json record = {

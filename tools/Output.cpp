@@ -96,7 +96,7 @@ bool ChooseLocale(const std::string& tag) {
         std::cerr << "lodeqdb: unknown locale \"" << tag << "\" (expected a tag like de-DE)\n";
         return false;
     }
-    auto* linker = PwRxDynamicLinker::cast(pwrxSysRegistry()->at(u"DynamicLinker"));
+    PwRxDynamicLinker* linker = pwrxDynamicLinker();
     if (linker == nullptr) {
         std::cerr << "lodeqdb: the toolkit has no dynamic linker\n";
         return false;

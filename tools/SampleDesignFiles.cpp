@@ -1,3 +1,4 @@
+// The DGN design files of the sample project, written with the DGN V7 writer.
 #include "tools/SampleDesignFiles.h"
 
 #include <stdexcept>

@@ -11,6 +11,8 @@
 #include <lodeqdb/toolkit/db/PwDbPlwFiler.h>
 #include <lodeqdb/toolkit/db/PwDbSymbolUtilities.h>
 
+#include "toolkit/db/PwDbReadLimits.h"
+
 PWRX_DEFINE_DYNAMIC_MEMBERS(PwDbBlockTableRecord, PwDbSymbolTableRecord, u"PwDbBlockTableRecord");
 PWRX_DEFINE_DYNAMIC_MEMBERS(PwDbBlockTable, PwDbSymbolTable, u"PwDbBlockTable");
 
@@ -19,9 +21,6 @@ namespace {
 // The folded forms of the names of the drawing's own blocks.
 constexpr char16_t kModelSpaceFolded[] = u"*model_space";
 constexpr char16_t kPaperSpaceFolded[] = u"*paper_space";
-
-// See the same bound in PwDbSymbolTable.cpp: room made before the items are there.
-constexpr size_t kMaxReserve = 4096;
 
 }  // namespace
 
@@ -151,7 +150,7 @@ Plotwright::ErrorStatus PwDbBlockTableRecord::plwInFields(PwDbPlwFiler* filer) {
     if (auto status = filer->readInt32(count)) return status;
     if (count < 0) return Plotwright::StatusFilerError;
     std::vector<PwDbObjectId> entities;
-    entities.reserve(std::min(static_cast<size_t>(count), kMaxReserve));
+    entities.reserve(std::min(static_cast<size_t>(count), kPwDbMaxReserveBeforeItems));
     for (int32_t i = 0; i < count; ++i) {
         PwDbObjectId id;
         if (auto status = filer->readObjectId(id)) return status;

@@ -8,6 +8,8 @@
 #include <lodeqdb/toolkit/core/PwString.h>
 #include <lodeqdb/toolkit/db/PwDbDatabase.h>
 #include <lodeqdb/toolkit/db/PwDbPlwFiler.h>
+
+#include "toolkit/db/PwDbReadLimits.h"
 #include "toolkit/db/PwDbStub.h"
 
 PWRX_DEFINE_DYNAMIC_MEMBERS(PwDbDictionary, PwDbObject, u"PwDbDictionary");
@@ -29,9 +31,6 @@ PwDbObject* objectOf(PwDbObjectId id) {
 
 // Ownership has no cycles in a sound drawing; the bound keeps a broken one from hanging.
 constexpr int kMaxOwnerDepth = 1024;
-
-// See the same bound in PwDbSymbolTable.cpp: room made before the items are there.
-constexpr size_t kMaxReserve = 4096;
 
 // Gives `object` the owner `owner`, opening it for write for the moment when it isn't
 // writable already. The status of that open when it is refused.
@@ -279,7 +278,7 @@ Plotwright::ErrorStatus PwDbDictionary::plwInFields(PwDbPlwFiler* filer) {
     if (count < 0) return Plotwright::StatusFilerError;
     std::vector<Entry> entries;
     std::unordered_map<wstring, size_t> index;
-    entries.reserve(std::min(static_cast<size_t>(count), kMaxReserve));
+    entries.reserve(std::min(static_cast<size_t>(count), kPwDbMaxReserveBeforeItems));
     for (int32_t i = 0; i < count; ++i) {
         Entry entry;
         if (auto status = filer->readString(entry.key)) return status;

@@ -1,3 +1,4 @@
+// The placement shared by block references and underlays: its persistent data and checks.
 #include <lodeqdb/toolkit/db/PwDbPlacement.h>
 
 #include <cmath>

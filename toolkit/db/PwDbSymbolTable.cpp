@@ -11,6 +11,8 @@
 #include "toolkit/db/PwDbStub.h"
 #include <lodeqdb/toolkit/db/PwDbSymbolUtilities.h>
 
+#include "toolkit/db/PwDbReadLimits.h"
+
 PWRX_DEFINE_MEMBERS(PwDbSymbolTableRecord, PwDbObject, u"PwDbSymbolTableRecord");
 PWRX_DEFINE_MEMBERS(PwDbSymbolTable, PwDbObject, u"PwDbSymbolTable");
 
@@ -21,10 +23,6 @@ bool isSkippable(PwDbObjectId id) {
     const PwDbStub* stub = id.stub();
     return stub == nullptr || stub->object == nullptr || stub->object->isErased();
 }
-
-// A count read from a filer says how many items follow; this much room is made at most
-// before the items are there, so that a damaged count can't ask for a huge block.
-constexpr size_t kMaxReserve = 4096;
 
 }  // namespace
 
@@ -310,7 +308,7 @@ Plotwright::ErrorStatus PwDbSymbolTable::plwInFields(PwDbPlwFiler* filer) {
     if (count < 0) return Plotwright::StatusFilerError;
     std::vector<PwDbObjectId> records;
     std::unordered_map<PwDbObjectId, size_t> positions;
-    records.reserve(std::min(static_cast<size_t>(count), kMaxReserve));
+    records.reserve(std::min(static_cast<size_t>(count), kPwDbMaxReserveBeforeItems));
     for (int32_t i = 0; i < count; ++i) {
         PwDbObjectId id;
         if (auto status = filer->readObjectId(id)) return status;

@@ -3,9 +3,10 @@
 // value, so that they can hold exactly the same things.
 //
 //   PwDbDrawingImage image;
-//   database.captureImage(image);            // database -> image
+//   database.captureImage(image, PwDb::PwDbPlwVersionCurrent);   // database -> image
 //   std::string bytes;
-//   pwdbEncodePlw(image, bytes);              // image -> native file bytes
+//   pwdbEncodePlw(image, bytes);                                  // image -> native file bytes
+//   other.loadImage(image);                                       // image -> another database
 #pragma once
 
 #include <array>

@@ -7,6 +7,8 @@
 #include <new>
 #include <utility>
 
+#include <lodeqdb/toolkit/file/PwDbAppInfoMarker.h>
+
 #include "toolkit/file/PwDbPlwBytes.h"
 #include "toolkit/file/PwDbPlwRecords.h"
 
@@ -28,16 +30,13 @@ constexpr size_t kSignatureSize = 6;
 constexpr std::string_view kFormatTag = "LQDB";
 constexpr uint32_t kLayoutRevision = 1;
 
-constexpr std::array<uint8_t, 32> kAppInfoMarker = {
-    0x53, 0xDE, 0x38, 0x1D, 0xEC, 0x43, 0x21, 0xCA, 0x96, 0x19, 0xE1, 0xE2, 0x17, 0x1A, 0x2A, 0x67,
-    0x3B, 0xD9, 0x7F, 0xF7, 0x3C, 0xBB, 0xCE, 0x08, 0xA0, 0x53, 0xD8, 0xED, 0xD2, 0x8D, 0xC5, 0xC7};
 constexpr uint32_t kAppInfoFirstField = 1;
 constexpr char16_t kAppInfoHeaderText[] = u"LodeQDB application information";
 // The longest text a 16-bit count can hold, its terminating zero unit being counted too.
 constexpr size_t kMostAppInfoUnits = 65534;
 // An entry's fewest bytes: its key and a string holding only its terminator.
 constexpr size_t kMinAppInfoEntryBytes = 16 + 2 + 2;
-constexpr size_t kMinAppInfoBytes = kAppInfoMarker.size() + 4 + 2 + 2 + 4;
+constexpr size_t kMinAppInfoBytes = sizeof kPwDbAppInfoMarker + 4 + 2 + 2 + 4;
 
 constexpr uint32_t SectionTag(const char (&name)[5]) {
     return static_cast<uint32_t>(static_cast<uint8_t>(name[0])) |
@@ -82,8 +81,8 @@ bool WriteCountedString(PwDbPlwWriter& out, const wstring& text) {
 
 bool WriteAppInfo(PwDbPlwWriter& out, const std::vector<PwDbAppInfoEntry>& entries) {
     if (entries.size() > UINT32_MAX) return false;
-    out.raw(std::string_view(reinterpret_cast<const char*>(kAppInfoMarker.data()),
-                             kAppInfoMarker.size()));
+    out.raw(std::string_view(reinterpret_cast<const char*>(kPwDbAppInfoMarker),
+                             sizeof kPwDbAppInfoMarker));
     out.u32(kAppInfoFirstField);
     WriteCountedString(out, kAppInfoHeaderText);
     out.u32(static_cast<uint32_t>(entries.size()));
@@ -229,8 +228,8 @@ bool ReadAppInfo(std::string_view section, std::vector<PwDbAppInfoEntry>& entrie
     uint32_t firstField = 0;
     wstring headerText;
     uint32_t count = 0;
-    if (!in.view(kAppInfoMarker.size(), marker) ||
-        std::memcmp(marker.data(), kAppInfoMarker.data(), kAppInfoMarker.size()) != 0 ||
+    if (!in.view(sizeof kPwDbAppInfoMarker, marker) ||
+        std::memcmp(marker.data(), kPwDbAppInfoMarker, sizeof kPwDbAppInfoMarker) != 0 ||
         !in.u32(firstField) || firstField != kAppInfoFirstField ||
         !ReadCountedString(in, headerText) || !in.u32(count) ||
         count > in.left() / kMinAppInfoEntryBytes) {

@@ -1,3 +1,4 @@
+// Adding raster image definitions and their placements to a drawing.
 #include <lodeqdb/toolkit/image/PwDbImageAuthoring.h>
 
 #include <lodeqdb/toolkit/db/PwDbAuthoring.h>

@@ -7,6 +7,7 @@
 #include <functional>
 #include <string>
 
+#include <lodeqdb/lodeutil/ByteOrder.h>
 #include <lodeqdb/toolkit/pal/PwFileIO.h>
 
 namespace {
@@ -16,18 +17,6 @@ namespace {
 using ReadAt = std::function<bool(uint64_t offset, void* destination, size_t count)>;
 
 constexpr size_t kHeaderBytes = 64 * 1024;
-
-uint32_t Big(const unsigned char* p, int bytes) {
-    uint32_t value = 0;
-    for (int i = 0; i < bytes; ++i) value = value << 8 | p[i];
-    return value;
-}
-
-uint32_t Little(const unsigned char* p, int bytes) {
-    uint32_t value = 0;
-    for (int i = bytes - 1; i >= 0; --i) value = value << 8 | p[i];
-    return value;
-}
 
 bool Accept(PwDbImageFileInfo& info, PwDbImageFormat format, uint32_t width, uint32_t height) {
     if (width == 0 || height == 0) return false;
@@ -39,9 +28,9 @@ bool ReadPng(std::string_view bytes, PwDbImageFileInfo& info) {
     static const unsigned char kSignature[8] = {0x89, 'P', 'N', 'G', 0x0D, 0x0A, 0x1A, 0x0A};
     if (bytes.size() < 24 || std::memcmp(bytes.data(), kSignature, 8) != 0) return false;
     const auto* p = reinterpret_cast<const unsigned char*>(bytes.data());
-    if (Big(p + 8, 4) != 13 || std::memcmp(p + 12, "IHDR", 4) != 0) return false;
-    const uint32_t width = Big(p + 16, 4);
-    const uint32_t height = Big(p + 20, 4);
+    if (LodeUtil::BigEndian(p + 8, 4) != 13 || std::memcmp(p + 12, "IHDR", 4) != 0) return false;
+    const uint32_t width = LodeUtil::BigEndian(p + 16, 4);
+    const uint32_t height = LodeUtil::BigEndian(p + 20, 4);
     // The format allows at most 2^31 - 1 in either direction.
     if (width > 0x7FFFFFFF || height > 0x7FFFFFFF) return false;
     return Accept(info, PwDbImageFormat::Png, width, height);
@@ -51,18 +40,18 @@ bool ReadGif(std::string_view bytes, PwDbImageFileInfo& info) {
     if (bytes.size() < 10) return false;
     if (bytes.substr(0, 6) != "GIF87a" && bytes.substr(0, 6) != "GIF89a") return false;
     const auto* p = reinterpret_cast<const unsigned char*>(bytes.data());
-    return Accept(info, PwDbImageFormat::Gif, Little(p + 6, 2), Little(p + 8, 2));
+    return Accept(info, PwDbImageFormat::Gif, LodeUtil::LittleEndian(p + 6, 2), LodeUtil::LittleEndian(p + 8, 2));
 }
 
 bool ReadBmp(std::string_view bytes, PwDbImageFileInfo& info) {
     if (bytes.size() < 26 || bytes.substr(0, 2) != "BM") return false;
     const auto* p = reinterpret_cast<const unsigned char*>(bytes.data());
-    const uint32_t headerSize = Little(p + 14, 4);
+    const uint32_t headerSize = LodeUtil::LittleEndian(p + 14, 4);
     if (headerSize == 12)
-        return Accept(info, PwDbImageFormat::Bmp, Little(p + 18, 2), Little(p + 20, 2));
+        return Accept(info, PwDbImageFormat::Bmp, LodeUtil::LittleEndian(p + 18, 2), LodeUtil::LittleEndian(p + 20, 2));
     if (headerSize < 40 || bytes.size() < 26) return false;
-    const auto width = static_cast<int32_t>(Little(p + 18, 4));
-    const auto height = static_cast<int32_t>(Little(p + 22, 4));
+    const auto width = static_cast<int32_t>(LodeUtil::LittleEndian(p + 18, 4));
+    const auto height = static_cast<int32_t>(LodeUtil::LittleEndian(p + 22, 4));
     // A negative height stands for rows stored top down.
     if (width <= 0 || height == 0 || height == INT32_MIN) return false;
     return Accept(info, PwDbImageFormat::Bmp, static_cast<uint32_t>(width),
@@ -89,11 +78,11 @@ bool ReadJpeg(std::string_view bytes, PwDbImageFileInfo& info) {
         }
         if (marker == 0xD9 || marker == 0xDA) return false;  // end, or scan data before a frame
         if (at + 4 > size) return false;
-        const uint32_t length = Big(p + at + 2, 2);
+        const uint32_t length = LodeUtil::BigEndian(p + at + 2, 2);
         if (length < 2) return false;
         if (IsStartOfFrame(marker)) {
             if (length < 7 || at + 9 > size) return false;
-            return Accept(info, PwDbImageFormat::Jpeg, Big(p + at + 7, 2), Big(p + at + 5, 2));
+            return Accept(info, PwDbImageFormat::Jpeg, LodeUtil::BigEndian(p + at + 7, 2), LodeUtil::BigEndian(p + at + 5, 2));
         }
         at += 2 + length;
     }
@@ -109,7 +98,7 @@ bool ReadTiff(const ReadAt& read, PwDbImageFileInfo& info) {
     else if (std::memcmp(head, "MM\0*", 4) != 0)
         return false;
     auto number = [little](const unsigned char* p, int bytes) {
-        return little ? Little(p, bytes) : Big(p, bytes);
+        return little ? LodeUtil::LittleEndian(p, bytes) : LodeUtil::BigEndian(p, bytes);
     };
     const uint32_t directory = number(head + 4, 4);
     unsigned char countBytes[2];

@@ -1,3 +1,4 @@
+// The placed raster image: its definition, placement and persistent data.
 #include <lodeqdb/toolkit/image/PwDbRasterImage.h>
 
 #include <cmath>

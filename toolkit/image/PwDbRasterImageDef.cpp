@@ -1,3 +1,4 @@
+// Raster image definitions: their file, load state, size, and the image dictionary.
 #include <lodeqdb/toolkit/image/PwDbRasterImageDef.h>
 
 #include "toolkit/core/PwWideText.h"

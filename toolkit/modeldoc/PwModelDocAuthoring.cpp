@@ -1,3 +1,4 @@
+// Adding model document views and product drawing files to a drawing.
 #include <lodeqdb/toolkit/modeldoc/PwModelDocAuthoring.h>
 
 #include <lodeqdb/toolkit/db/PwDbAuthoring.h>

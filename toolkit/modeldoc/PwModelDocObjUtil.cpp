@@ -1,3 +1,4 @@
+// Questions and changes about the model documents of a drawing.
 #include <lodeqdb/toolkit/modeldoc/PwModelDocObjUtil.h>
 
 #include <unistd.h>

@@ -1,3 +1,4 @@
+// The model document objects: their persistent data and run-time classes.
 #include <lodeqdb/toolkit/modeldoc/PwModelDocObjects.h>
 
 #include <algorithm>

@@ -2,6 +2,7 @@
 #include <lodeqdb/toolkit/rx/PwRxDynamicLinker.h>
 
 #include <lodeqdb/toolkit/rx/PwRxClass.h>
+#include <lodeqdb/toolkit/rx/PwRxDictionary.h>
 #include <lodeqdb/toolkit/rx/PwRxModules.h>
 
 PWRX_DEFINE_MEMBERS(PwRxDynamicLinker, PwRxObject, u"PwRxDynamicLinker");
@@ -40,4 +41,8 @@ void* PwRxDynamicLinker::getSymbolAddress(const char16_t* serviceName, const cha
 
 LodeUtil::ModuleHandle PwRxDynamicLinker::moduleHandle(const char16_t* moduleName) const {
     return pwrxModuleHandle(moduleName);
+}
+
+PwRxDynamicLinker* pwrxDynamicLinker() {
+    return PwRxDynamicLinker::cast(pwrxSysRegistry()->at(kPwRxDynamicLinkerKey));
 }

@@ -1,3 +1,4 @@
+// Adding underlay definitions and their placements to a drawing.
 #include <lodeqdb/toolkit/underlay/PwDbUnderlayAuthoring.h>
 
 #include <lodeqdb/toolkit/db/PwDbAuthoring.h>

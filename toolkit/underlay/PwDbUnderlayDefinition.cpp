@@ -1,3 +1,4 @@
+// Underlay definitions of each kind: their file, load state and dictionaries.
 #include <lodeqdb/toolkit/underlay/PwDbUnderlayDefinition.h>
 
 #include "toolkit/core/PwWideText.h"

@@ -1,3 +1,4 @@
+// Telling PDF, DGN and PLF files apart by their first bytes.
 #include <lodeqdb/toolkit/underlay/PwDbUnderlayFileFormats.h>
 
 #include <cstring>

@@ -1,3 +1,4 @@
+// The placed underlay: its definition, placement and persistent data.
 #include <lodeqdb/toolkit/underlay/PwDbUnderlayReference.h>
 
 #include <lodeqdb/toolkit/db/PwDbPlwFiler.h>

@@ -18,13 +18,14 @@
 
 #include <lodeqdb/identification/Guid.h>
 #include <lodeqdb/lodeutil/WideString.h>
+#include <lodeqdb/toolkit/file/PwDbAppInfoMarker.h>
 
 namespace LodeQDBUtil {
 
 struct BufferedFile;
 
 /// The 32 bytes that open the section.
-extern const unsigned char kAppInfoMarker[32];
+inline constexpr const auto& kAppInfoMarker = kPwDbAppInfoMarker;
 
 /// Receives the section's entries as they are read. No virtual destructor: a notifier is
 /// never deleted through this interface.

@@ -58,14 +58,14 @@ class LodeException : public std::exception {
     /// Always "Unknown exception"; no class below overrides it.
     const char* what() const noexcept final;
 
-    int32_t code() const { return m_code; }
+    int32_t code() const { return code_; }
     const wstring& message() const { return m_message; }
 
   protected:
     void setMessage(wstring message) { m_message = std::move(message); }
 
   private:
-    int32_t m_code;
+    int32_t code_;
     wstring m_message;
 };
 
@@ -73,10 +73,10 @@ class LodeException : public std::exception {
 class PlotwrightException : public LodeException {
   public:
     explicit PlotwrightException(const Plotwright::ErrorStatus& status);
-    Plotwright::ErrorStatus status() const { return m_status; }
+    Plotwright::ErrorStatus status() const { return status_; }
 
   private:
-    Plotwright::ErrorStatus m_status;
+    Plotwright::ErrorStatus status_;
 };
 
 /// A failure concerning a file. Its message is the text `textNumber` of the product's

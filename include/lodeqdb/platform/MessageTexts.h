@@ -48,7 +48,7 @@ class ResourceModule {
     ResourceModule() = default;
     ~ResourceModule();
 
-    std::atomic<LodeUtil::ModuleHandle> m_module{nullptr};
+    std::atomic<LodeUtil::ModuleHandle> module_{nullptr};
 };
 
 }  // namespace LodeQDBUtil

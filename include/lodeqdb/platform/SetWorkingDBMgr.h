@@ -19,7 +19,10 @@ class SetWorkingDBMgr {
     explicit SetWorkingDBMgr(PwDbDatabase* database);
     /// Switches back when the constructor switched.
     ~SetWorkingDBMgr();
-    SetWorkingDBMgr(const SetWorkingDBMgr&) = default;
+    /// A scope guard isn't copied: a copy would switch back a second time.
+    SetWorkingDBMgr(const SetWorkingDBMgr&) = delete;
+    /// The member copy stays part of the exported interface; assigning a guard takes over the
+    /// other's duty to switch back, so only one of the two should then end its scope.
     SetWorkingDBMgr& operator=(const SetWorkingDBMgr&) = default;
 
   private:

@@ -1,7 +1,7 @@
 // PwRxDynamicLinker: the registry's entry "DynamicLinker", which knows the product's locale,
 // loads modules by name and finds the functions of the services they register.
 //
-//   auto* linker = PwRxDynamicLinker::cast(pwrxSysRegistry()->at(u"DynamicLinker"));
+//   PwRxDynamicLinker* linker = pwrxDynamicLinker();
 //   linker->setProductLocale(PwLocale::fromTag(u"de-DE"));
 //   int localeId = linker->productLocale();
 //
@@ -49,3 +49,11 @@ class PwRxDynamicLinker : public PwRxObject {
   private:
     std::atomic<int> m_productLocale;
 };
+
+/// The key under which the system registry holds the linker.
+inline constexpr char16_t kPwRxDynamicLinkerKey[] = u"DynamicLinker";
+
+/// The system registry's linker: its entry "DynamicLinker", taken as a PwRxDynamicLinker only
+/// when its class derives from that class; null otherwise (a registry that lacks it).
+PwRxDynamicLinker* pwrxDynamicLinker();
+

@@ -3,8 +3,8 @@
 //
 // The loading side:
 //   if (pwrxLoadModule(u"PwDgnIO.qdb", false, false) && pwrxServiceIsRegistered(u"PwDgnIO")) {
-//       auto* linker = PwRxDynamicLinker::cast(pwrxSysRegistry()->at(u"DynamicLinker"));
-//       void* open = linker->getSymbolAddress(u"PwDgnIO", "pwDgnOpen");
+//       // Binding pins the module: the address stays callable for the rest of the process.
+//       void* load = pwrxBindModuleEntry(u"PwDgnIO.qdb", "DGNLoadFile");
 //   }
 //
 // The module's side (a shared object linked against pwdb):
