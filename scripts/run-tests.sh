@@ -2,7 +2,8 @@
 # Builds LodeQDB from scratch and runs every test: the optimised build (the installed
 # package and its client included), then the whole suite under AddressSanitizer and
 # UndefinedBehaviorSanitizer, then the file readers under libFuzzer for a minute each; last,
-# the build a packager makes: a plain Release configure without any preset.
+# the builds a packager makes: plain configures without any preset, Release with g++ (all of
+# it) and RelWithDebInfo with clang (the libraries, modules and client).
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -26,3 +27,10 @@ echo "=== plain: cmake -DCMAKE_BUILD_TYPE=Release, as a packager builds"
 rm -rf build/plain
 cmake -S . -B build/plain -G Ninja -DCMAKE_BUILD_TYPE=Release >/dev/null
 cmake --build build/plain -j2
+
+echo "=== plain: cmake -DCMAKE_BUILD_TYPE=RelWithDebInfo with clang 14"
+rm -rf build/plain-clang
+cmake -S . -B build/plain-clang -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo \
+      -DCMAKE_CXX_COMPILER=clang++-14 -DLODEQDB_BUILD_TESTS=OFF -DLODEQDB_BUILD_BENCHMARKS=OFF \
+      >/dev/null
+cmake --build build/plain-clang -j2
