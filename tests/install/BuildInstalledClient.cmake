@@ -33,6 +33,17 @@ endforeach()
 list(LENGTH installed installed_count)
 message("installed headers: ${installed_count}, all of them public")
 
+# The umbrella header reaches no Boost header: only the block table iterators need Boost.
+run("${CXX_COMPILER}" -std=c++20 -I "${prefix}/include" -MM "${CLIENT_SOURCE}/main.cpp")
+string(FIND "${last_output}" "boost/" boost_position)
+if(NOT boost_position EQUAL -1)
+    message(FATAL_ERROR "the umbrella header reaches Boost:\n${last_output}")
+endif()
+string(FIND "${last_output}" "lodeqdb/LodeQDB.h" umbrella_position)
+if(umbrella_position EQUAL -1)
+    message(FATAL_ERROR "the client's dependencies lack the umbrella header:\n${last_output}")
+endif()
+
 run(${CMAKE_COMMAND} -S "${CLIENT_SOURCE}" -B "${WORK_DIR}/client" -G Ninja
     -DCMAKE_CXX_COMPILER=${CXX_COMPILER} -DCMAKE_PREFIX_PATH=${prefix})
 run(${CMAKE_COMMAND} --build "${WORK_DIR}/client")
