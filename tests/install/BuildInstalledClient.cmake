@@ -34,7 +34,7 @@ list(LENGTH installed installed_count)
 message("installed headers: ${installed_count}, all of them public")
 
 # The umbrella header reaches no Boost header: only the block table iterators need Boost.
-run("${CXX_COMPILER}" -std=c++20 -I "${prefix}/include" -MM "${CLIENT_SOURCE}/main.cpp")
+run("${CXX_COMPILER}" -std=c++20 -I "${prefix}/include" -M "${CLIENT_SOURCE}/main.cpp")
 string(FIND "${last_output}" "boost/" boost_position)
 if(NOT boost_position EQUAL -1)
     message(FATAL_ERROR "the umbrella header reaches Boost:\n${last_output}")
