@@ -131,6 +131,32 @@ TEST_P(Updating, ALoneRowMatchingNothingTakesTheLastEntryAndLendsItsFormat) {
     EXPECT_EQ(RowHeights(*back), (std::vector<double>{8, 8, 8, 8, 8}));
 }
 
+TEST_P(Updating, RowsNoLongerWantedAreDeletedAndTheOthersKeepWhatTheUpdateDoesntTouch) {
+    auto made = Made(StandardDesign(
+        {{u"A", u"", u"a"}, {u"X", u"", u"x"}, {u"B", u"", u"b"}, {u"Y", u"", u"y"}}));
+    bool changed = false;
+    auto back =
+        Updated(*made, Context({u"REV"}, {u"REV"}, {{{u"REV", u"A"}}, {{u"REV", u"B"}}}), &changed);
+    EXPECT_TRUE(changed);
+    EXPECT_EQ(DataTexts(*back), (Cells{{"A", "", "a", ""}, {"B", "", "b", ""}}));
+}
+
+TEST_P(Updating, ANewRowTakesTheFormatOfTheRowAboveItElseOfTheRowBelow) {
+    PwDbAuthoring::TableDesign design = StandardDesign({{u"A"}, {u"B"}});
+    for (auto& cell : design.rows[2].cells) cell.alignment = PwDb::TopLeft;
+    for (auto& cell : design.rows[3].cells) cell.alignment = PwDb::BottomRight;
+    auto made = Made(design);
+    auto back = Updated(*made, StandardContext({{u"N0"}, {u"A"}, {u"N1"}, {u"B"}}));
+    EXPECT_EQ(
+        DataTexts(*back),
+        (Cells{{"N0", "", "", ""}, {"A", "", "", ""}, {"N1", "", "", ""}, {"B", "", "", ""}}));
+    // N0 has nothing above it: it looks like A, the first kept row below. N1 looks like A too.
+    EXPECT_EQ(CellAlignment(*back, 2, 0), PwDb::TopLeft);
+    EXPECT_EQ(CellAlignment(*back, 3, 0), PwDb::TopLeft);
+    EXPECT_EQ(CellAlignment(*back, 4, 0), PwDb::TopLeft);
+    EXPECT_EQ(CellAlignment(*back, 5, 0), PwDb::BottomRight);
+}
+
 TEST_P(Updating, NoWantedRowsLeaveOneBlankRow) {
     auto made = Made(StandardDesign({{u"A", u"d1", u"one", u"JM"},
                                      {u"B", u"d2", u"two", u"AK"},
