@@ -52,7 +52,7 @@ void BlockMgr::Init() {
     impl.reset(new BlockMgrImpl(std::move(record)));
 }
 
-// The Parts leave a call without a block to the caller's care; it throws here instead of
+// A call without a block is a caller's error; it throws here instead of
 // reaching through a null pointer, so that a wrong call can't take the process down.
 BlockMgrImpl& BlockMgr::RequireDefinition() const {
     if (impl == nullptr) throw lode::LodeException(NoBlockInstance);

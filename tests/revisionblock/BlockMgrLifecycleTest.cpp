@@ -46,7 +46,7 @@ TEST_P(Lifecycle, ADrawingWithoutTheBlockIsNoFailure) {
         EXPECT_EQ(error.code(), 401);
         EXPECT_EQ(typeid(error), typeid(lode::LodeException));
     }
-    // The calls that the Parts leave to the caller's care fail cleanly.
+    // The calls that need a block, made without one, fail cleanly.
     EXPECT_THROW(manager.GetColumnHeaders(), lode::LodeException);
     EXPECT_THROW(manager.ApplyColumnHeaders({u"REV"}), lode::LodeException);
     EXPECT_THROW(manager.InsertBlockInstance(0, 0, 1), lode::LodeException);
