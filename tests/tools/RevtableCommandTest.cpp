@@ -368,7 +368,7 @@ TEST_F(RevtableCli, UsageErrorsExitWithTwo) {
          "--insert", "1,2,3,4"},
         {"revtable", "update", drawing, "--rows", rows, "--key", "REV", "--columns", "REV",
          "--output", File("out.txt")},
-        {"revtable", "update", File("u.dwg"), "--rows", rows, "--key", "REV", "--columns", "REV"},
+        {"revtable", "update", File("u.txt"), "--rows", rows, "--key", "REV", "--columns", "REV"},
         {"revtable", "headers", drawing},
     };
     for (const auto& arguments : wrong) {
