@@ -36,6 +36,12 @@ void AddDgnCommands(CLI::App& app);
 /// array of objects.
 void AddContentsCommands(CLI::App& app);
 
+/// `lodeqdb revtable show FILE [--json]`, `lodeqdb revtable update FILE --rows ROWS.json
+/// --key NAME,... --columns NAME,... [--template T.plw] [--insert X,Y,SCALE] [--headers NAME,...]
+/// [--output OUT] [--json]`, `lodeqdb revtable headers FILE NAME... [--output OUT] [--json]`: a
+/// drawing's revision table shown, brought to wanted rows, or given its column names.
+void AddRevtableCommand(CLI::App& app);
+
 /// `lodeqdb sample DIR`: a sample project of drawings, its root's full path on the last line.
 void AddSampleCommand(CLI::App& app);
 

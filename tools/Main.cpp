@@ -13,6 +13,7 @@ int main(int argc, char** argv) {
     lodeqdb::cli::AddDependencyCommands(app);
     lodeqdb::cli::AddDgnCommands(app);
     lodeqdb::cli::AddContentsCommands(app);
+    lodeqdb::cli::AddRevtableCommand(app);
     lodeqdb::cli::AddSampleCommand(app);
     try {
         app.parse(argc, argv);

@@ -1,7 +1,8 @@
 // The sample project:
 //   site.plw               the root: references, a photo, a PDF plan, layers with different
 //                          flags, paper layouts with and without paper, named plot settings,
-//                          a table of rooms in a text style of its own
+//                          a table of rooms in a text style of its own, a revision table of
+//                          three entries
 //   blocks/title.plw       referred to by site.plw and by floors/ground.plw (shared)
 //   floors/ground.plw      refers to ../blocks/title.plw (written with '\') and upper.plw
 //   floors/upper.plw       refers to furniture/chairs.plw (written with '/')
@@ -26,12 +27,14 @@
 #include <lodeqdb/lodeutil/AbsoluteFilePath.h>
 #include <lodeqdb/lodeutil/FileSystem.h>
 #include <lodeqdb/lodeutil/Utf.h>
+#include <lodeqdb/revisionblock/BlockMgr.h>
 #include <lodeqdb/toolkit/db/PwDbAuthoring.h>
 #include <lodeqdb/toolkit/image/PwDbImageAuthoring.h>
 #include <lodeqdb/toolkit/table/PwDbTableAuthoring.h>
 #include <lodeqdb/toolkit/underlay/PwDbUnderlayAuthoring.h>
 #include <lodeqdb/toolkit/underlay/PwDbUnderlayDefinition.h>
 #include <lodeqdb/toolkit/xref/PwDbXrefAuthoring.h>
+#include "tools/templates/RevisionBlockTemplate.h"
 
 namespace lodeqdb::cli {
 namespace {
@@ -123,6 +126,35 @@ struct Drawing {
     }
 };
 
+// The revision table as a release tool makes it: the block imported from a drawing of the
+// template's design, placed right of the plan, its rows written by an update. The manager is
+// gone before the drawing is saved.
+void AddRevisionTable(PwDbDatabase& drawing) {
+    auto design = PwDbAuthoring::createDrawing();
+    Check(templates::AddRevisionBlock(*design), "the revision block");
+    RevisionBlock::BlockMgr manager(drawing);
+    manager.ImportBlockDefinition(*design);
+    manager.InsertBlockInstance(200.0, 0.0, 1.0);
+    RevisionBlock::UpdateContext wanted;
+    wanted.rows = {
+        {{u"REV", u"A"},
+         {u"DATE", u"2024-01-15"},
+         {u"DESCRIPTION", u"First issue"},
+         {u"BY", u"JM"}},
+        {{u"REV", u"B"},
+         {u"DATE", u"2024-03-02"},
+         {u"DESCRIPTION", u"Stair moved to the east wall"},
+         {u"BY", u"JM"}},
+        {{u"REV", u"C"},
+         {u"DATE", u"2024-06-20"},
+         {u"DESCRIPTION", u"Survey of the site added"},
+         {u"BY", u"AK"}},
+    };
+    wanted.keyColumns = {u"REV"};
+    wanted.columns = {u"REV", u"DATE", u"DESCRIPTION", u"BY"};
+    manager.Update(wanted);
+}
+
 }  // namespace
 
 std::string WriteSampleProject(const std::string& folder) {
@@ -192,6 +224,7 @@ std::string WriteSampleProject(const std::string& folder) {
     rooms.rows.push_back({PwDb::RowKindData, 8.0, {u"2", u"Hall", u"48 m\u00b2"}});
     rooms.rows[0].cells[0].textStyle = heading;
     Check(PwDbAuthoring::addTable(db, db.modelSpaceId(), rooms), "a table");
+    AddRevisionTable(db);
     PwDbObjectId photo, plan;
     Check(PwDbAuthoring::addRasterImageDef(db, u"PHOTO", u"images/photo.png", &photo), "an image");
     Check(PwDbAuthoring::addRasterImage(db, db.modelSpaceId(), photo, {0, 0, 0}, 40, 40),

@@ -159,3 +159,10 @@
 #include <lodeqdb/service/FileClassification.h>
 #include <lodeqdb/service/FileData.h>
 #include <lodeqdb/service/TreeWalks.h>
+
+// Revision block
+#include <lodeqdb/revisionblock/BlockMgr.h>
+#include <lodeqdb/revisionblock/RevisionBlockCodes.h>
+#include <lodeqdb/revisionblock/RevisionBlockName.h>
+#include <lodeqdb/revisionblock/RowNotFoundException.h>
+#include <lodeqdb/revisionblock/UpdateContext.h>
