@@ -4,10 +4,11 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-./scripts/install-deps.sh
+./scripts/install-deps.sh --libraries
 echo "demo: building the client and the modules it loads (a few minutes the first time)"
-cmake --preset release >/dev/null
-# The client and the modules it loads, nothing else: the test command builds the rest.
+# The libraries, modules and client, nothing else: the test command builds the rest (and
+# configures the tree again with its tests).
+cmake --preset release -DLODEQDB_BUILD_TESTS=OFF -DLODEQDB_BUILD_BENCHMARKS=OFF >/dev/null
 cmake --build --preset release --target lodeqdb >/dev/null
 
 client=build/release/bin/lodeqdb

@@ -1,13 +1,17 @@
 #!/usr/bin/env bash
-# Installs the Debian packages LodeQDB needs to build, test and benchmark.
+# Installs the Debian packages LodeQDB needs to build, test and benchmark; with --libraries,
+# only those that the libraries, modules and client need (what the demo builds).
 set -euo pipefail
 
 packages=(
-    cmake ninja-build g++ clang-14 libclang-rt-14-dev
+    cmake ninja-build g++ ccache
     libicu-dev libboost-dev zlib1g-dev
-    libgtest-dev libgmock-dev libbenchmark-dev
-    libcli11-dev nlohmann-json3-dev ccache
+    libcli11-dev nlohmann-json3-dev
 )
+if [ "${1:-}" != "--libraries" ]; then
+    # The tests, benchmarks, fuzz targets and the clang build.
+    packages+=(clang-14 libclang-rt-14-dev libgtest-dev libgmock-dev libbenchmark-dev)
+fi
 
 missing=()
 for package in "${packages[@]}"; do
