@@ -3,6 +3,7 @@
 // plain names. Internal to the library.
 #pragma once
 
+#include <atomic>
 #include <cstddef>
 
 namespace LodeQDBUtil {
@@ -15,12 +16,16 @@ namespace LodeQDBUtil {
 void* BindDgnEntryPoint(const char* name);
 
 /// Binds the entry `name` into `slot` unless it holds an address already; gives the address.
-/// The slots are plain process-wide pointers: two threads binding one entry store the same
-/// address.
+/// The slots are process-wide and take no lock: two threads binding one entry at once both
+/// look it up and store the same address. They are atomic so that doing so isn't a data race.
 template <class Function>
-Function BindDgnEntryPointOnce(Function& slot, const char* name) {
-    if (slot == nullptr) slot = reinterpret_cast<Function>(BindDgnEntryPoint(name));
-    return slot;
+Function BindDgnEntryPointOnce(std::atomic<Function>& slot, const char* name) {
+    Function bound = slot.load(std::memory_order_acquire);
+    if (bound == nullptr) {
+        bound = reinterpret_cast<Function>(BindDgnEntryPoint(name));
+        slot.store(bound, std::memory_order_release);
+    }
+    return bound;
 }
 
 namespace detail {

@@ -18,7 +18,7 @@ namespace {
 
 std::atomic<size_t> g_lookups{0};
 
-PwDgnIsDgnFileEntry g_isDgnFile = nullptr;
+std::atomic<PwDgnIsDgnFileEntry> g_isDgnFile{nullptr};
 
 }  // namespace
 

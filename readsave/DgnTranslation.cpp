@@ -1,6 +1,8 @@
 // DGN models listed and translated into drawings through the DGN module.
 #include <lodeqdb/readsave/DgnTranslation.h>
 
+#include <atomic>
+
 #include <lodeqdb/platform/LodeExceptions.h>
 #include <lodeqdb/platform/ThrowLodeExceptionOnFile.h>
 #include "readsave/DgnBinding.h"
@@ -15,14 +17,14 @@ namespace LodeQDBUtil {
 namespace {
 
 // The module's entries, bound at first use (see DgnModule.h).
-PwDgnLoadFileEntry g_loadFile = nullptr;
-PwDgnCloseFileEntry g_closeFile = nullptr;
-PwDgnGetItemCountEntry g_getItemCount = nullptr;
-PwDgnGetItemEntry g_getItem = nullptr;
-PwDgnCloseItemEntry g_closeItem = nullptr;
-PwDgnGetItemNameEntry g_getItemName = nullptr;
-PwDgnConvertItemExEntry g_convertItem = nullptr;
-PwDgnGetConvertReportEntry g_getConvertReport = nullptr;
+std::atomic<PwDgnLoadFileEntry> g_loadFile{nullptr};
+std::atomic<PwDgnCloseFileEntry> g_closeFile{nullptr};
+std::atomic<PwDgnGetItemCountEntry> g_getItemCount{nullptr};
+std::atomic<PwDgnGetItemEntry> g_getItem{nullptr};
+std::atomic<PwDgnCloseItemEntry> g_closeItem{nullptr};
+std::atomic<PwDgnGetItemNameEntry> g_getItemName{nullptr};
+std::atomic<PwDgnConvertItemExEntry> g_convertItem{nullptr};
+std::atomic<PwDgnGetConvertReportEntry> g_getConvertReport{nullptr};
 
 void* LoadDgnFile(const wstring& path) {
     const PwDgnLoadFileEntry load = BindDgnEntryPointOnce(g_loadFile, kPwDgnLoadFileEntryName);

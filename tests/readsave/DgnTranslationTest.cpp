@@ -5,8 +5,10 @@
 
 #include <sys/stat.h>
 
+#include <atomic>
 #include <cmath>
 #include <filesystem>
+#include <thread>
 #include <vector>
 
 #include <lodeqdb/lodeutil/Utf.h>
@@ -85,6 +87,24 @@ TEST_F(DgnTranslationTest, TheModuleStaysWhileTheLibraryHoldsItsEntries) {
     pwdbDeleteDgnFileReferences(references);
     EXPECT_FALSE(pwrxUnloadModule(kPwDgnModuleName));
     EXPECT_TRUE(LodeQDBUtil::IsDGNFile(site));
+}
+
+// Different threads may ask at once, the first asks of each binding the module's entry: each
+// gets the module's answer.
+TEST_F(DgnTranslationTest, ThreadsAskingAtOnceAllGetTheAnswer) {
+    const wstring site = WriteSite("site.dgn", false);
+    std::vector<std::thread> threads;
+    std::atomic<int> answeredTrue{0};
+    for (int i = 0; i < 8; ++i) {
+        threads.emplace_back([&] {
+            if (LodeQDBUtil::IsDGNFile(site) &&
+                LodeQDBUtil::GetModelViewNamesFromDGN(site) == std::vector<wstring>{u"Default"}) {
+                ++answeredTrue;
+            }
+        });
+    }
+    for (std::thread& thread : threads) thread.join();
+    EXPECT_EQ(answeredTrue.load(), 8);
 }
 
 TEST_F(DgnTranslationTest, FilesThatAreNoV7DesignFilesAreInvalidFormat) {
