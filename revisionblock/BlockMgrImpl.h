@@ -82,6 +82,10 @@ class BlockMgrImpl {
     ColumnMap ResolveColumns(const std::vector<wstring>& columns) const;
     bool ClearRows(const ColumnMap& columns, const KeyEntry& keyEntry);
     bool PruneRows(const UpdateContext& context, const KeyEntry& keyEntry, RowMap& rowMap);
+    /// Deletes the data row `row` and moves `row` to the row the walk goes on with: the same
+    /// index when the row went, the next one when the table kept it (it refused, or a table of
+    /// a derived kind answered 0 without deleting), so that no walk stays on one row.
+    Plotwright::ErrorStatus DeleteDataRow(unsigned& row);
     bool PlaceRows(const UpdateContext& context, const ColumnMap& columns, const KeyEntry& keyEntry,
                    RowMap& rowMap);
     unsigned FirstDataRow() const;

@@ -68,8 +68,7 @@ ColumnMap BlockMgrImpl::ResolveColumns(const std::vector<wstring>& columns) cons
 // Keeps each data row that holds a wanted entry (the first row for a key), deletes the rest,
 // and records in `rowMap` where each kept entry stands. The table's last data row is kept
 // for the last wanted entry when it matches nothing, so that its format survives. A deletion
-// the toolkit refuses is ignored and the row counts as deleted; the walk then steps past it
-// rather than asking about the same row forever.
+// the toolkit refuses is ignored and the row counts as deleted; the walk then steps past it.
 bool BlockMgrImpl::PruneRows(const UpdateContext& context, const KeyEntry& keyEntry,
                              RowMap& rowMap) {
     const size_t last = context.rows.size() - 1;
@@ -99,16 +98,21 @@ bool BlockMgrImpl::PruneRows(const UpdateContext& context, const KeyEntry& keyEn
         }
         if (!remove && rowMap.count(*entry) != 0) remove = true;
         if (remove) {
-            const unsigned before = table->rowCount();
-            table->deleteRows(row, 1);
+            DeleteDataRow(row);  // a refused deletion counts as done
             result = true;
-            if (table->rowCount() >= before) ++row;
             continue;
         }
         rowMap[*entry] = row;
         ++row;
     }
     return result;
+}
+
+Plotwright::ErrorStatus BlockMgrImpl::DeleteDataRow(unsigned& row) {
+    const unsigned before = table->rowCount();
+    const Plotwright::ErrorStatus status = table->deleteRows(row, 1);
+    if (table->rowCount() >= before) ++row;
+    return status;
 }
 
 // With nothing wanted, every data row but the last goes; the last is kept, blank in every
@@ -123,13 +127,8 @@ bool BlockMgrImpl::ClearRows(const ColumnMap& columns, const KeyEntry& keyEntry)
             continue;
         }
         if (HasDataRowBelow(row)) {
-            const unsigned before = table->rowCount();
-            const Plotwright::ErrorStatus status = table->deleteRows(row, 1);
-            if (status != Plotwright::StatusOk) throw lode::PlotwrightException(status);
+            if (auto status = DeleteDataRow(row)) throw lode::PlotwrightException(status);
             result = true;
-            // A table of a derived kind that answers 0 and keeps the row must not hold the
-            // walk on it.
-            if (table->rowCount() >= before) ++row;
             continue;
         }
         if (UpdateRow(row, {}, columns, keyEntry, true)) result = true;
