@@ -1,7 +1,6 @@
 // Reopening references from disk through the service of the reference module.
 #include <lodeqdb/references/XrefOpening.h>
 
-#include <lodeqdb/toolkit/rx/PwRxClass.h>
 #include <lodeqdb/toolkit/rx/PwRxDictionary.h>
 #include <lodeqdb/toolkit/rx/PwRxDynamicLinker.h>
 #include <lodeqdb/toolkit/rx/PwRxModules.h>
@@ -35,8 +34,8 @@ Plotwright::ErrorStatus OpenXrefFiles(const PwArray<PwDbObjectId>& blockIds, boo
     auto open = linker != nullptr ? reinterpret_cast<OpenXrefFileFunction>(
                                         linker->getSymbolAddress(kService, "pwdbOpenXrefFile"))
                                   : nullptr;
-    if (open != nullptr) pwrxPinModule(kModule);
     if (open == nullptr) return Plotwright::StatusXopenUnavailable;
+    pwrxPinModule(kModule);
     PwArray<PwDbObjectId> copy(blockIds);
     return open(std::move(copy), quiet);
 }
