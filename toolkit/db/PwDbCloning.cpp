@@ -302,8 +302,9 @@ ErrorStatus PwDbCloner::planReferences(const PwDbObjectRecord& record) {
             continue;
         }
         const PwDbObjectId referred = m_source->getPwDbObjectId(handle->value);
-        if (!referred.isValid() || referred.stub()->object->isErased()) continue;
-        const PwDbObject* object = referred.stub()->object;
+        if (!referred.isValid() || referred.isErased()) continue;
+        const PwDbObject* object = pwdbStubObject(*referred.stub());
+        if (object == nullptr) continue;
         RecordKind kind;
         if (!IsRecordOfKind(object, kind)) return Plotwright::StatusNotApplicable;
         if (auto status = planRecord(referred, kind, false)) return status;

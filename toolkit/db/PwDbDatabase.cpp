@@ -57,6 +57,12 @@ PwDbDatabase::~PwDbDatabase() {
     if (services != nullptr && services->workingDatabase() == this) {
         services->setWorkingDatabase(nullptr);
     }
+    for (auto* list : {&m_records->fileStubs}) {
+        for (PwDbStub& stub : *list) {
+            delete stub.object;
+            stub.object = nullptr;
+        }
+    }
     for (PwDbStub& stub : m_records->stubs) {
         delete stub.object;
         stub.object = nullptr;
@@ -89,8 +95,11 @@ Plotwright::ErrorStatus PwDbDatabase::addPwDbObjectWithHandle(PwDbObject* object
     if (object == nullptr) return Plotwright::StatusNullDatabase;
     if (object->m_stub != nullptr) return Plotwright::StatusAlreadyInDatabase;
     if (handle == 0) return Plotwright::StatusInvalidInput;
-    PwDbStub* stub = nullptr;
-    if (const auto found = m_records->byHandle.find(handle); found != m_records->byHandle.end()) {
+    PwDbStub* stub = m_records->findFileStub(handle);
+    if (stub != nullptr) {
+        if (stub->object != nullptr || stub->pending) return Plotwright::StatusDuplicateKey;
+    } else if (const auto found = m_records->byHandle.find(handle);
+               found != m_records->byHandle.end()) {
         stub = found->second;
         if (stub->object != nullptr) return Plotwright::StatusDuplicateKey;
     } else {
@@ -140,6 +149,8 @@ void PwDbDatabase::noteBlockReference(PwDbObjectId reference, PwDbObjectId befor
 Plotwright::ErrorStatus PwDbDatabase::getBlockReferenceIds(PwDbObjectId block,
                                                            PwArray<PwDbObjectId>& ids) const {
     ids.setLogicalLength(0);
+    // The references are noted as their records are decoded, so all of them must be.
+    if (auto status = decodeAllPending()) return status;
     const auto found = m_blockReferences.find(block);
     if (found == m_blockReferences.end()) return Plotwright::StatusOk;
     for (const PwDbObjectId reference : found->second) {
@@ -172,6 +183,7 @@ void PwDbDatabase::discardObjectsFrom(PwDbHandle firstHandle, size_t stubCount) 
 
 PwDbObjectId PwDbDatabase::getPwDbObjectId(PwDbHandle handle, bool createIfMissing) {
     if (handle == 0) return PwDbObjectId();
+    if (PwDbStub* stub = m_records->findFileStub(handle)) return PwDbObjectId(stub);
     if (const auto found = m_records->byHandle.find(handle); found != m_records->byHandle.end()) {
         return PwDbObjectId(found->second);
     }
@@ -204,10 +216,10 @@ bool PwDbDatabase::isLayerUsedByEntities(PwDbObjectId layer) const {
     if (!m_layerUsage || m_layerUsage->changeCount != m_changeCount) {
         auto usage = std::make_unique<LayerUsage>();
         usage->changeCount = m_changeCount;
-        for (const PwDbStub& stub : m_records->stubs) {
+        pwdbForEachStub(*this, [&usage](const PwDbStub& stub) {
             const PwDbEntity* entity = PwDbEntity::cast(stub.object);
             if (entity != nullptr && !entity->isErased()) usage->used.insert(entity->layerId());
-        }
+        });
         m_layerUsage = std::move(usage);
     }
     return m_layerUsage->used.count(layer) > 0;
@@ -243,7 +255,9 @@ void PwDbDatabase::swapContents(PwDbDatabase& other) {
         takeExtensionSlot(*slot).swap(other.takeExtensionSlot(*slot));
     }
     // The records move as a whole, so ids stay valid; only the records' owner changes.
+    for (PwDbStub& stub : m_records->fileStubs) stub.database = this;
     for (PwDbStub& stub : m_records->stubs) stub.database = this;
+    for (PwDbStub& stub : other.m_records->fileStubs) stub.database = &other;
     for (PwDbStub& stub : other.m_records->stubs) stub.database = &other;
     m_layerUsage.reset();
     other.m_layerUsage.reset();
@@ -273,5 +287,76 @@ std::unique_ptr<PwDbDatabaseExtension>& PwDbDatabase::takeExtensionSlot(
 
 void pwdbForEachStub(const PwDbDatabase& database,
                      const std::function<void(const PwDbStub&)>& visit) {
+    // A record that doesn't decode is visited without its object, as one named but not read.
+    (void)database.decodeAllPending();
+    for (const PwDbStub& stub : database.m_records->fileStubs) visit(stub);
     for (const PwDbStub& stub : database.m_records->stubs) visit(stub);
+}
+
+// ---- records still in the file ----
+
+PwDbRecordSource::~PwDbRecordSource() = default;
+
+PwDbStub* PwDbDatabase::Records::findFileStub(PwDbHandle handle) {
+    if (fileStubs.empty()) return nullptr;
+    // Handles of a file are mostly dense from its first one: try that place before bisecting.
+    const PwDbHandle first = fileStubs.front().handle;
+    if (handle >= first && handle - first < fileStubs.size() &&
+        fileStubs[handle - first].handle == handle) {
+        return &fileStubs[handle - first];
+    }
+    const auto at = std::lower_bound(
+        fileStubs.begin(), fileStubs.end(), handle,
+        [](const PwDbStub& stub, PwDbHandle wanted) { return stub.handle < wanted; });
+    return at != fileStubs.end() && at->handle == handle ? &*at : nullptr;
+}
+
+PwDbObject* PwDbDatabase::decodePending(PwDbStub& stub, Plotwright::ErrorStatus* why) {
+    const size_t index = static_cast<size_t>(&stub - m_records->fileStubs.data());
+    PwDbObject* made = nullptr;
+    const Plotwright::ErrorStatus status = m_records->source->decode(*this, index, made);
+    if (status != Plotwright::StatusOk) {
+        if (why != nullptr) *why = status;
+        return nullptr;
+    }
+    // Decoding is no change to the drawing: the object is as the file held it, closed and
+    // unmodified, and the change count stays, so that caches over the drawing stay good.
+    stub.object = made;
+    stub.pending = false;
+    --m_records->pendingCount;
+    made->m_stub = &stub;
+    made->m_writer = false;
+    made->m_readers = 0;
+    made->m_modified = false;
+    made->m_erased = stub.storedErased;
+    if (const PwDbBlockReference* reference = PwDbBlockReference::cast(made)) {
+        noteBlockReference(reference->objectId(), PwDbObjectId(), reference->blockTableRecord());
+    }
+    return made;
+}
+
+Plotwright::ErrorStatus PwDbDatabase::decodeAllPending() const {
+    auto& self = const_cast<PwDbDatabase&>(*this);
+    Plotwright::ErrorStatus first = Plotwright::StatusOk;
+    if (m_records->pendingCount == 0) return first;
+    for (PwDbStub& stub : self.m_records->fileStubs) {
+        if (!stub.pending) continue;
+        Plotwright::ErrorStatus why = Plotwright::StatusOk;
+        if (self.decodePending(stub, &why) == nullptr && first == Plotwright::StatusOk) {
+            first = why;
+        }
+    }
+    return first;
+}
+
+PwDbObject* pwdbStubObject(const PwDbStub& stub, Plotwright::ErrorStatus* why) {
+    if (!stub.pending) return stub.object;
+    return stub.database->decodePending(const_cast<PwDbStub&>(stub), why);
+}
+
+bool pwdbStubMayBe(const PwDbStub& stub, const PwRxClass* cls) {
+    if (!stub.pending) return stub.object != nullptr && stub.object->isKindOf(cls);
+    const auto& records = *stub.database->m_records;
+    const size_t index = static_cast<size_t>(&stub - records.fileStubs.data());
+    return records.source->namesClass(index, cls->name());
 }

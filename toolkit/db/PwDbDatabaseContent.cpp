@@ -113,13 +113,17 @@ void PwDbDatabase::ensureTextStyleTable() {
     if (!m_textStyleTable.isNull()) return;
     // A file holds the table as an object owned by nothing; the first such one (by handle)
     // is the drawing's.
-    for (PwDbStub& stub : m_records->stubs) {
-        const PwDbTextStyleTable* table = PwDbTextStyleTable::cast(stub.object);
-        if (table == nullptr || table->isErased() || !table->ownerId().isNull()) continue;
+    // Only records whose class says so are decoded to be asked.
+    const auto consider = [this](PwDbStub& stub) {
+        if (!pwdbStubMayBe(stub, PwDbTextStyleTable::desc())) return;
+        const PwDbTextStyleTable* table = PwDbTextStyleTable::cast(pwdbStubObject(stub));
+        if (table == nullptr || table->isErased() || !table->ownerId().isNull()) return;
         if (m_textStyleTable.isNull() || stub.handle < m_textStyleTable.handle()) {
             m_textStyleTable = PwDbObjectId(&stub);
         }
-    }
+    };
+    for (PwDbStub& stub : m_records->fileStubs) consider(stub);
+    for (PwDbStub& stub : m_records->stubs) consider(stub);
     if (!m_textStyleTable.isNull()) return;
     auto* styles = new PwDbTextStyleTable;
     if (addPwDbObject(m_textStyleTable, styles) != Plotwright::StatusOk) {
@@ -138,7 +142,7 @@ void PwDbDatabase::ensureTextStyleTable() {
 
 PwDbObjectId PwDbDatabase::currentLayoutBlockId() const {
     if (m_currentLayoutBlock.isNull() || !m_currentLayoutBlock.isValid() ||
-        m_currentLayoutBlock.stub()->object->isErased()) {
+        m_currentLayoutBlock.isErased()) {
         return m_modelSpace;
     }
     return m_currentLayoutBlock;

@@ -26,7 +26,7 @@ wstring fold(const char16_t* key) {
 
 // The object behind `id` when there is one, whether erased or not.
 PwDbObject* objectOf(PwDbObjectId id) {
-    return id.isNull() ? nullptr : id.stub()->object;
+    return id.isNull() ? nullptr : pwdbStubObject(*id.stub());
 }
 
 // Ownership has no cycles in a sound drawing; the bound keeps a broken one from hanging.

@@ -204,8 +204,10 @@ class PwDbObjectOpener {
                                         bool openErased, const PwRxClass* cls) {
         object = nullptr;
         if (id.isNull()) return Plotwright::StatusNullObjectId;
-        PwDbObject* candidate = id.stub()->object;
-        if (candidate == nullptr) return Plotwright::StatusInvalidObjectId;
+        // A record pending in the file is decoded here; one that fails says why.
+        Plotwright::ErrorStatus undecoded = Plotwright::StatusInvalidObjectId;
+        PwDbObject* candidate = pwdbStubObject(*id.stub(), &undecoded);
+        if (candidate == nullptr) return undecoded;
         if (candidate->m_erased && !openErased) return Plotwright::StatusWasErased;
         if (cls != nullptr && !candidate->isKindOf(cls))
             return Plotwright::StatusNotThatKindOfClass;

@@ -6,10 +6,17 @@
 
 #include <lodeqdb/toolkit/db/PwDbDatabase.h>
 #include <lodeqdb/toolkit/db/PwDbProxyObject.h>
+#include "toolkit/db/PwDbObjectMaking.h"
 
 namespace {
 
-std::vector<wstring> ChainOf(const PwDbObject& object) {
+bool Names(const std::vector<wstring>& chain, const char16_t* name) {
+    return std::find(chain.begin(), chain.end(), name) != chain.end();
+}
+
+}  // namespace
+
+std::vector<wstring> pwdbClassChainOf(const PwDbObject& object) {
     if (const auto* proxy = PwDbProxyObject::cast(&object)) return proxy->proxiedClassChain();
     if (const auto* proxy = PwDbProxyEntity::cast(&object)) return proxy->proxiedClassChain();
     std::vector<wstring> chain;
@@ -20,14 +27,14 @@ std::vector<wstring> ChainOf(const PwDbObject& object) {
     return chain;
 }
 
-bool Names(const std::vector<wstring>& chain, const char16_t* name) {
-    return std::find(chain.begin(), chain.end(), name) != chain.end();
+PwRxClass* pwdbClassForChain(const std::vector<wstring>& chain) {
+    return chain.empty() ? nullptr : pwrxFindClass(chain.front().c_str());
 }
 
-// The object to read the record into: of its own class when this process can make one,
-// else a proxy of the right kind.
-PwDbObject* MakeFor(const std::vector<wstring>& chain) {
-    if (PwRxClass* cls = pwrxFindClass(chain.front().c_str())) {
+// The object to read a record into: of its own class when this process can make one, else a
+// proxy of the right kind.
+PwDbObject* pwdbMakeObjectForChain(const std::vector<wstring>& chain, PwRxClass* cls) {
+    if (cls != nullptr) {
         PwRxObject* made = cls->create();
         if (PwDbObject* object = PwDbObject::cast(made)) return object;
         delete made;
@@ -42,12 +49,10 @@ PwDbObject* MakeFor(const std::vector<wstring>& chain) {
     return proxy;
 }
 
-}  // namespace
-
 Plotwright::ErrorStatus pwdbRecordObject(const PwDbObject& object, PwDbObjectRecord& record) {
     PwDbMemoryFiler filer(object.database());
     if (auto status = object.plwOutFields(&filer)) return status;
-    record.classChain = ChainOf(object);
+    record.classChain = pwdbClassChainOf(object);
     record.handle = object.handle();
     record.erased = object.isErased();
     record.data = filer.items();
@@ -61,7 +66,8 @@ Plotwright::ErrorStatus pwdbObjectFromRecord(const PwDbObjectRecord& record, PwD
     if (record.classChain.empty() || !Names(record.classChain, u"PwDbObject")) {
         return Plotwright::StatusFilerError;
     }
-    std::unique_ptr<PwDbObject> made(MakeFor(record.classChain));
+    std::unique_ptr<PwDbObject> made(
+        pwdbMakeObjectForChain(record.classChain, pwdbClassForChain(record.classChain)));
     PwDbMemoryFiler filer(database);
     for (const PwDbMemoryFiler::Item& item : record.data) filer.append(item);
     if (auto status = made->plwInFields(&filer)) return status;

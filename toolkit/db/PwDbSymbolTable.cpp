@@ -21,7 +21,9 @@ namespace {
 // An id the walkers pass over when asked to skip erased records: erased, or naming no object.
 bool isSkippable(PwDbObjectId id) {
     const PwDbStub* stub = id.stub();
-    return stub == nullptr || stub->object == nullptr || stub->object->isErased();
+    if (stub == nullptr) return true;
+    if (stub->pending) return stub->storedErased;
+    return stub->object == nullptr || stub->object->isErased();
 }
 
 }  // namespace
@@ -101,7 +103,7 @@ PwDbSymbolTable* PwDbSymbolTableRecord::owningTable() const {
     const PwDbObjectId self = objectId();
     const PwDbObjectId owner = ownerId();
     if (self.isNull() || owner.isNull()) return nullptr;
-    PwDbSymbolTable* table = PwDbSymbolTable::cast(owner.stub()->object);
+    PwDbSymbolTable* table = PwDbSymbolTable::cast(pwdbStubObject(*owner.stub()));
     if (table == nullptr || table->m_positions.count(self) == 0) return nullptr;
     return table;
 }
@@ -285,7 +287,7 @@ void PwDbSymbolTable::rebuildIndex() const {
     m_byName.clear();
     m_indexComplete = true;
     for (const PwDbObjectId id : m_records) {
-        const PwDbObject* object = id.stub()->object;
+        const PwDbObject* object = pwdbStubObject(*id.stub());
         if (object == nullptr) {
             // Named before it was read; its name is learnt when the look-up is next used.
             m_indexComplete = false;

@@ -15,8 +15,9 @@ Plotwright::ErrorStatus PwDbTransaction::fetchObject(PwDbObject*& object, PwDbOb
     object = nullptr;
     if (id.isNull()) return Plotwright::StatusNullObjectId;
     if (id.database() != m_database) return Plotwright::StatusWrongDatabase;
-    PwDbObject* found = id.stub()->object;
-    if (found == nullptr) return Plotwright::StatusInvalidObjectId;
+    Plotwright::ErrorStatus undecoded = Plotwright::StatusInvalidObjectId;
+    PwDbObject* found = pwdbStubObject(*id.stub(), &undecoded);
+    if (found == nullptr) return undecoded;
     if (found->isErased() && !openErased) return Plotwright::StatusWasErased;
     const bool forWrite = mode == PwDb::OpenForWrite;
     ++found->m_transactionFetches;

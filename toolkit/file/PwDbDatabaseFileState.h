@@ -25,6 +25,11 @@ struct PwDbDatabaseFileState : PwDbDatabaseExtension {
     /// Application information entries read from a file that this toolkit doesn't write
     /// itself; saved again as they were.
     std::vector<PwDbAppInfoEntry> appInfoKept;
+    /// The drawing was read whole, from a native file of layout revision 1 (whole records) or
+    /// from an exchange file, and is saved in revision 1 again, so that an unchanged drawing
+    /// saves to the bytes that file's image encodes to; a new drawing, or one read from a
+    /// file of revision 2 (indexed records), is saved in revision 2.
+    bool wholeRecordsLayout = false;
     /// The preview image saved with the drawing; null when there is none.
     std::unique_ptr<PwDbPreviewImage> preview;
 };

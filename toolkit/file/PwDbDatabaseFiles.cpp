@@ -2,15 +2,22 @@
 // formats.
 #include <algorithm>
 #include <string>
+#include <unordered_map>
 
 #include <lodeqdb/toolkit/db/PwDbBlockTable.h>
 #include <lodeqdb/toolkit/db/PwDbDatabase.h>
 #include <lodeqdb/toolkit/db/PwDbDictionary.h>
 #include <lodeqdb/toolkit/db/PwDbHostApplicationServices.h>
 #include <lodeqdb/toolkit/db/PwDbLayerTable.h>
+#include <lodeqdb/toolkit/db/PwDbProxyObject.h>
+#include "toolkit/db/PwDbObjectMaking.h"
 #include "toolkit/db/PwDbStub.h"
 #include "toolkit/file/PwDbDatabaseFileState.h"
 #include "toolkit/file/PwDbPlwCodec.h"
+#include "toolkit/file/PwDbPlwFrame.h"
+#include "toolkit/file/PwDbPlwIndexed.h"
+#include "toolkit/file/PwDbPlwLazyRecords.h"
+#include "toolkit/file/PwDbPlwPacking.h"
 #include "toolkit/file/PwDbPlxCodec.h"
 
 namespace FileIO = Morvane::Plotwright::PAL::FileIO;
@@ -23,6 +30,23 @@ bool IsWritableVersion(int32_t version) {
     return version >= kPwDbOldestVersion && version <= kPwDbNewestVersion;
 }
 
+// Files are read whole up to this size at most, as every file of the toolkit.
+constexpr uint64_t kMostFileBytes = uint64_t{1} << 34;
+// The first read of a native file.
+constexpr uint64_t kFirstRead = 64 * 1024;
+
+// Appends the `count` bytes of `file` at `offset` to `bytes`.
+ErrorStatus ReadRange(const FileIO::File& file, uint64_t offset, uint64_t count,
+                      std::string& bytes) {
+    const size_t had = bytes.size();
+    bytes.resize(had + static_cast<size_t>(count));
+    if (!file.readAt(offset, bytes.data() + had, static_cast<size_t>(count))) {
+        bytes.resize(had);
+        return Plotwright::StatusFileIOError;
+    }
+    return StatusOk;
+}
+
 bool IsOwnEntry(const PwDbAppInfoEntry& entry) {
     return entry.key == kPwDbOwnerGuidKey || entry.key == kPwDbSummaryFormatId;
 }
@@ -31,15 +55,14 @@ bool IsOwnEntry(const PwDbAppInfoEntry& entry) {
 // null.
 PwDbObjectId RootOf(PwDbDatabase& database, PwDbHandle handle, PwRxClass* cls) {
     const PwDbObjectId id = database.getPwDbObjectId(handle);
-    if (!id.isValid() || !id.stub()->object->isKindOf(cls)) return PwDbObjectId();
+    const PwDbObject* object = id.isNull() ? nullptr : pwdbStubObject(*id.stub());
+    if (object == nullptr || !object->isKindOf(cls)) return PwDbObjectId();
     return id;
 }
 
 }  // namespace
 
-ErrorStatus PwDbDatabase::captureImage(PwDbDrawingImage& image, int32_t version) const {
-    if (!IsWritableVersion(version)) return Plotwright::StatusNoSuchVersion;
-    PwDbDrawingImage made;
+void PwDbDatabase::captureHead(PwDbDrawingImage& made, int32_t version) const {
     made.version = version;
     made.handseed = m_nextHandle;
     made.measurement = m_measurement;
@@ -61,7 +84,22 @@ ErrorStatus PwDbDatabase::captureImage(PwDbDrawingImage& image, int32_t version)
         for (const PwDbAppInfoEntry& entry : kept->appInfoKept) made.appInfo.push_back(entry);
         if (kept->preview) made.preview = *kept->preview;
     }
+}
+
+ErrorStatus PwDbDatabase::captureImage(PwDbDrawingImage& image, int32_t version) const {
+    if (!IsWritableVersion(version)) return Plotwright::StatusNoSuchVersion;
+    if (auto status = decodeAllPending()) return status;
+    PwDbDrawingImage made;
+    captureHead(made, version);
     made.objects.reserve(m_objectCount);
+    for (const auto* list : {&m_records->fileStubs}) {
+        for (const PwDbStub& stub : *list) {
+            if (stub.object == nullptr) continue;
+            PwDbObjectRecord record;
+            if (auto status = pwdbRecordObject(*stub.object, record)) return status;
+            made.objects.push_back(std::move(record));
+        }
+    }
     for (const PwDbStub& stub : m_records->stubs) {
         if (stub.object == nullptr) continue;
         PwDbObjectRecord record;
@@ -77,6 +115,80 @@ ErrorStatus PwDbDatabase::captureImage(PwDbDrawingImage& image, int32_t version)
     return StatusOk;
 }
 
+ErrorStatus PwDbDatabase::encodeIndexed(int32_t version, std::string& bytes) const {
+    std::vector<const PwDbStub*> order;
+    order.reserve(m_records->fileStubs.size() + m_records->stubs.size());
+    for (const PwDbStub& stub : m_records->fileStubs) {
+        if (stub.object != nullptr || stub.pending) order.push_back(&stub);
+    }
+    for (const PwDbStub& stub : m_records->stubs) {
+        if (stub.object != nullptr) order.push_back(&stub);
+    }
+    // The file's records are in handle order already; only those made since need placing.
+    if (!m_records->stubs.empty()) {
+        std::sort(order.begin(), order.end(),
+                  [](const PwDbStub* a, const PwDbStub* b) { return a->handle < b->handle; });
+    }
+    auto* source = static_cast<PwDbPlwLazyRecords*>(m_records->source.get());
+    PwDbPlwIndexedWriter writer;
+    // Classes are named once per class: live objects by their class, stored records by their
+    // chain in the file read.
+    std::unordered_map<const void*, uint32_t> classIndex;
+    PwDbPlwPackingFiler filer(const_cast<PwDbDatabase*>(this));
+    for (const PwDbStub* stub : order) {
+        const void* classKey = nullptr;
+        std::string_view tags;
+        std::string_view values;
+        const std::vector<wstring>* storedChain = nullptr;
+        std::vector<wstring> chain;
+        bool erased = false;
+        if (stub->pending) {
+            // Never decoded, so never changed: its stored bytes are written again as they are.
+            if (auto status = source->stored(
+                    static_cast<size_t>(stub - m_records->fileStubs.data()), storedChain, tags,
+                    values)) {
+                return status;
+            }
+            classKey = storedChain;
+            erased = stub->storedErased;
+        } else {
+            const PwDbObject& object = *stub->object;
+            filer.clear();
+            if (auto status = object.plwOutFields(&filer)) return status;
+            tags = filer.tags();
+            values = filer.values();
+            const bool proxy = PwDbProxyObject::cast(&object) != nullptr ||
+                               PwDbProxyEntity::cast(&object) != nullptr;
+            if (proxy) {
+                chain = pwdbClassChainOf(object);
+            } else {
+                classKey = object.runtimeClass();
+            }
+            erased = object.isErased();
+        }
+        uint32_t cls = UINT32_MAX;
+        if (classKey != nullptr) {
+            const auto found = classIndex.find(classKey);
+            if (found != classIndex.end()) {
+                cls = found->second;
+            } else {
+                cls = writer.classFor(storedChain ? *storedChain
+                                                  : pwdbClassChainOf(*stub->object));
+                classIndex.emplace(classKey, cls);
+            }
+        } else {
+            cls = writer.classFor(chain);
+        }
+        if (cls == UINT32_MAX || !writer.add(stub->handle, erased, writer.shapeFor(cls, tags),
+                                             values)) {
+            return Plotwright::StatusInvalidInput;
+        }
+    }
+    PwDbDrawingImage head;
+    captureHead(head, version);
+    return writer.finish(head, bytes);
+}
+
 ErrorStatus PwDbDatabase::loadImage(const PwDbDrawingImage& image) {
     PwDbDatabase scratch{EmptyTag{}};
     for (const PwDbObjectRecord& record : image.objects) {
@@ -86,7 +198,11 @@ ErrorStatus PwDbDatabase::loadImage(const PwDbDrawingImage& image) {
         }
         object->close();
     }
-    const PwDbDrawingRoots& roots = image.roots;
+    return takeLoaded(scratch, image);
+}
+
+ErrorStatus PwDbDatabase::takeLoaded(PwDbDatabase& scratch, const PwDbDrawingImage& head) {
+    const PwDbDrawingRoots& roots = head.roots;
     scratch.m_blockTable = RootOf(scratch, roots.blockTable, PwDbBlockTable::desc());
     scratch.m_layerTable = RootOf(scratch, roots.layerTable, PwDbLayerTable::desc());
     scratch.m_namedObjects = RootOf(scratch, roots.namedObjects, PwDbDictionary::desc());
@@ -103,8 +219,8 @@ ErrorStatus PwDbDatabase::loadImage(const PwDbDrawingImage& image) {
           scratch.m_paperSpace, scratch.m_layerZero, scratch.m_currentLayer}) {
         if (root.isNull()) return Plotwright::StatusBadFileFormat;
     }
-    scratch.m_nextHandle = std::max(scratch.m_nextHandle, image.handseed);
-    scratch.m_measurement = image.measurement;
+    scratch.m_nextHandle = std::max(scratch.m_nextHandle, head.handseed);
+    scratch.m_measurement = head.measurement;
     // The text style table is found by its class, so the roots of the file formats stay as
     // they were; files written before drawings had one get it here.
     scratch.ensureTextStyleTable();
@@ -116,17 +232,31 @@ ErrorStatus PwDbDatabase::loadImage(const PwDbDrawingImage& image) {
 ErrorStatus PwDbDatabase::readImage(const PwDbDrawingImage& image, const char16_t* path,
                                     int32_t version) {
     if (auto status = loadImage(image)) return status;
+    noteRead(image, path, version);
+    return StatusOk;
+}
+
+void PwDbDatabase::noteRead(const PwDbDrawingImage& head, const char16_t* path,
+                            int32_t version) {
     m_originalVersion = static_cast<PwDb::PwDbPlwVersion>(version);
     m_lastSavedVersion = PwDb::PwDbPlwVersionNone;
     setFilename(path);
-    setPreviewImage(image.preview ? &*image.preview : nullptr);
+    setPreviewImage(head.preview ? &*head.preview : nullptr);
     std::vector<PwDbAppInfoEntry> kept;
-    for (const PwDbAppInfoEntry& entry : image.appInfo) {
+    for (const PwDbAppInfoEntry& entry : head.appInfo) {
         if (!IsOwnEntry(entry)) kept.push_back(entry);
     }
     pwdbExtension<PwDbDatabaseFileState>(*this).appInfoKept = std::move(kept);
-    return StatusOk;
 }
+
+// A read of an indexed file under way: the open file, whether the database keeps it, its
+// identity as it was opened, and the bytes read from its start so far.
+struct PwDbDatabase::IndexedRead {
+    const FileIO::File& file;
+    bool holds;
+    FileIO::File::Identity identity;
+    std::string& bytes;
+};
 
 ErrorStatus PwDbDatabase::readPlwFile(const char16_t* path, OpenMode mode,
                                       bool /*allowCodePageConversion*/,
@@ -139,20 +269,91 @@ ErrorStatus PwDbDatabase::readPlwFile(const char16_t* path, OpenMode mode,
     const FileIO::FileShareMode share =
         mode == OpenModeExclusive ? FileIO::kShareExclusive : FileIO::kShareRead;
     const bool holds = mode == OpenModeShareRead || mode == OpenModeExclusive;
+    FileIO::File file =
+        FileIO::File::openFile(path, FileIO::kWideChars, FileIO::kOpenForRead, share,
+                               FileIO::kOpenExisting);
+    if (file.openStatus() != StatusOk) return file.openStatus();
+    FileIO::File::Identity identity;
+    if (!file.identity(identity)) return Plotwright::StatusFileIOError;
+    const auto size = static_cast<uint64_t>(identity.size);
+    if (size > kMostFileBytes) return Plotwright::StatusBadFileFormat;
+    // One read takes the front of most drawings, and the whole of a small one; a file that
+    // isn't a drawing costs no more than that.
     std::string bytes;
-    FileIO::File file;
-    if (auto status = FileIO::ReadWholeFileIfItStartsWell(
-            path, share, kPwDbPlwStartBytes, pwdbPlwStartFits, bytes, holds ? &file : nullptr)) {
+    if (auto status = ReadRange(file, 0, std::min<uint64_t>(size, kFirstRead), bytes)) {
         return status;
     }
-    PwDbDrawingImage image;
-    if (pwdbDecodePlw(bytes, image) != StatusOk) return Plotwright::StatusBadFileFormat;
-    if (auto status = readImage(image, path, image.version)) return status;
+    PwDbPlwHeader header;
+    if (!pwdbPlwReadHeader(bytes, size, header)) return Plotwright::StatusBadFileFormat;
+    if (header.revision == kPwDbPlwIndexedRevision) {
+        IndexedRead read{file, holds, identity, bytes};
+        if (auto status = readIndexed(path, read)) return status;
+    } else {
+        if (auto status = ReadRange(file, bytes.size(), size - bytes.size(), bytes)) {
+            return status;
+        }
+        PwDbDrawingImage image;
+        if (pwdbDecodePlw(bytes, image) != StatusOk) return Plotwright::StatusBadFileFormat;
+        if (auto status = readImage(image, path, image.version)) return status;
+    }
+    pwdbExtension<PwDbDatabaseFileState>(*this).wholeRecordsLayout =
+        header.revision == kPwDbPlwWholeRecordsRevision;
     auto input = std::make_unique<PwDbDatabaseFileState::Input>();
-    input->file = file;
+    if (holds) input->file = file;
     input->path = path;
     input->mode = mode;
     pwdbExtension<PwDbDatabaseFileState>(*this).input = std::move(input);
+    return StatusOk;
+}
+
+ErrorStatus PwDbDatabase::readIndexed(const char16_t* path, IndexedRead& read) {
+    std::string& bytes = read.bytes;
+    const auto size = static_cast<uint64_t>(read.identity.size);
+    PwDbPlwFrontExtent extent;
+    while (true) {
+        extent = pwdbPlwIndexedFrontExtent(bytes, size);
+        if (!extent.sound) return Plotwright::StatusBadFileFormat;
+        if (extent.complete) break;
+        // Each round reads up to the next section head it needs, so it ends.
+        if (extent.end <= bytes.size() || extent.end > size) return Plotwright::StatusBadFileFormat;
+        if (auto status = ReadRange(read.file, bytes.size(), extent.end - bytes.size(), bytes)) {
+            return status;
+        }
+    }
+    PwDbPlwIndexedFront front;
+    if (!pwdbPlwReadIndexedFront(std::string_view(bytes).substr(0, extent.end), size, front)) {
+        return Plotwright::StatusBadFileFormat;
+    }
+    PwDbDatabase scratch{EmptyTag{}};
+    Records& records = *scratch.m_records;
+    const size_t count = front.handles.size();
+    records.fileStubs.resize(count);
+    for (size_t i = 0; i < count; ++i) {
+        PwDbStub& stub = records.fileStubs[i];
+        stub.database = &scratch;
+        stub.handle = front.handles[i];
+        stub.pending = true;
+        stub.storedErased = front.erased[i] != 0;
+    }
+    records.pendingCount = count;
+    scratch.m_objectCount = count;
+    scratch.m_nextHandle = count > 0 ? front.handles.back() + 1 : 1;
+    PwDbDrawingImage head = std::move(front.head);
+    front.handles = {};
+    front.erased = {};
+    if (bytes.size() == size) {
+        // A file read whole is checked whole, as a file of whole records is.
+        if (!pwdbPlwIndexedRecordsSound(bytes, extent.end, front)) {
+            return Plotwright::StatusBadFileFormat;
+        }
+        records.source =
+            std::make_unique<PwDbPlwLazyRecords>(std::move(front), std::move(bytes), path);
+    } else {
+        records.source = std::make_unique<PwDbPlwLazyRecords>(
+            std::move(front), read.holds ? read.file : FileIO::File(), path, read.identity);
+    }
+    if (auto status = takeLoaded(scratch, head)) return status;
+    noteRead(head, path, head.version);
     return StatusOk;
 }
 
@@ -166,7 +367,10 @@ ErrorStatus PwDbDatabase::plxIn(const char16_t* path, const char16_t* /*logFile*
     PwDbDrawingImage image;
     if (pwdbDecodePlx(text, image) != StatusOk) return Plotwright::StatusBadFileFormat;
     if (auto status = readImage(image, path, image.version)) return status;
-    if (auto* state = pwdbFindExtension<PwDbDatabaseFileState>(*this)) state->input.reset();
+    if (auto* state = pwdbFindExtension<PwDbDatabaseFileState>(*this)) {
+        state->input.reset();
+        state->wholeRecordsLayout = true;
+    }
     return StatusOk;
 }
 
@@ -184,10 +388,16 @@ ErrorStatus PwDbDatabase::saveAs(const char16_t* path, bool becomesDrawingFile,
     if (path == nullptr) return Plotwright::StatusInvalidInput;
     if (!IsWritableVersion(version)) return Plotwright::StatusNoSuchVersion;
     if (inputForbidsSaving(path)) return Plotwright::StatusFileInUse;
-    PwDbDrawingImage image;
-    if (auto status = captureImage(image, version)) return status;
+    if (auto status = keepPendingBeforeReplacing(path)) return status;
     std::string bytes;
-    if (auto status = pwdbEncodePlw(image, bytes)) return status;
+    const auto* state = pwdbFindExtension<PwDbDatabaseFileState>(*this);
+    if (state != nullptr && state->wholeRecordsLayout) {
+        PwDbDrawingImage image;
+        if (auto status = captureImage(image, version)) return status;
+        if (auto status = pwdbEncodePlw(image, bytes)) return status;
+    } else if (auto status = encodeIndexed(version, bytes)) {
+        return status;
+    }
     if (auto status = FileIO::ReplaceFileAtomically(path, bytes)) return status;
     m_lastSavedVersion = version;
     if (becomesDrawingFile) setFilename(path);
@@ -207,9 +417,22 @@ ErrorStatus PwDbDatabase::plxOut(const char16_t* path, int precision, PwDb::PwDb
     return FileIO::ReplaceFileAtomically(path, text);
 }
 
+// A save that replaces the file still being read first takes what it still needs of it.
+ErrorStatus PwDbDatabase::keepPendingBeforeReplacing(const char16_t* path) {
+    if (m_records->pendingCount == 0) return StatusOk;
+    if (!FileIO::SameFile(path, m_records->source->path().c_str())) return StatusOk;
+    return m_records->source->keepEverything();
+}
+
 ErrorStatus PwDbDatabase::closeInput(bool /*closeFile*/) {
+    // Everything still in the file is decoded; a record that doesn't decode is lost to the
+    // drawing (its id names no object from now on) and the call says so.
+    const ErrorStatus status = decodeAllPending();
+    for (PwDbStub& stub : m_records->fileStubs) stub.pending = false;
+    m_records->pendingCount = 0;
+    m_records->source.reset();
     if (auto* state = pwdbFindExtension<PwDbDatabaseFileState>(*this)) state->input.reset();
-    return StatusOk;
+    return status;
 }
 
 const PwDbExtensionSlot PwDbDatabaseFileState::slot{};

@@ -43,6 +43,15 @@ class PwDbPlwWriter {
     void u32(uint32_t value) { put(value, 4); }
     void u64(uint64_t value) { put(value, 8); }
     void raw(std::string_view data) { m_bytes.append(data); }
+    /// An unsigned number in seven-bit groups, low first, the high bit of each byte saying
+    /// that another follows: 1 byte below 128, at most 10.
+    void varint(uint64_t value) {
+        while (value >= 0x80) {
+            m_bytes.push_back(static_cast<char>(static_cast<uint8_t>(value) | 0x80));
+            value >>= 7;
+        }
+        m_bytes.push_back(static_cast<char>(value));
+    }
     /// The units of `text`, no count and no terminator.
     void units(const wstring& text);
     /// Overwrites four bytes already written, at `offset`.
@@ -85,6 +94,24 @@ class PwDbPlwReader {
     bool u16(uint16_t& value) { return get(value, 2); }
     bool u32(uint32_t& value) { return get(value, 4); }
     bool u64(uint64_t& value) { return get(value, 8); }
+    /// A number the writer's varint wrote; false for one that runs past the bytes, takes more
+    /// than 10 bytes or doesn't fit in 64 bits.
+    bool varint(uint64_t& value) {
+        uint64_t result = 0;
+        for (size_t i = 0; i < m_left && i < 10; ++i) {
+            const auto byte = static_cast<uint8_t>(m_next[i]);
+            if (i == 9 && byte > 1) return false;
+            result |= static_cast<uint64_t>(byte & 0x7F) << (7 * i);
+            if ((byte & 0x80) == 0) {
+                value = result;
+                advance(i + 1);
+                return true;
+            }
+        }
+        return false;
+    }
+    /// The position of the next byte in the range read.
+    const char* position() const { return m_next; }
 
     /// The next `size` bytes as they are.
     bool view(uint64_t size, std::string_view& bytes) {

@@ -47,7 +47,7 @@ bool PwDbRasterImageDef::skipAsChild() const {
         if (id.isNull() || id.isEffectivelyErased()) continue;
         // Read without the open protocol: the placement may be open for write elsewhere, and
         // whether it exists and points here is all that is asked.
-        const auto* image = PwDbRasterImage::cast(id.stub()->object);
+        const auto* image = PwDbRasterImage::cast(pwdbStubObject(*id.stub()));
         if (image != nullptr && image->imageDefId() == objectId()) return false;
     }
     return true;

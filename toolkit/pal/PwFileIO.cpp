@@ -117,6 +117,31 @@ int64_t File::size() const {
     return static_cast<int64_t>(status.st_size);
 }
 
+bool File::readAt(uint64_t offset, void* destination, size_t count) const {
+    if (!m_handle || (destination == nullptr && count > 0)) return false;
+    auto* next = static_cast<char*>(destination);
+    while (count > 0) {
+        const ssize_t got = ::pread(m_handle->fd, next, count, static_cast<off_t>(offset));
+        if (got < 0 && errno == EINTR) continue;
+        if (got <= 0) return false;
+        next += got;
+        offset += static_cast<uint64_t>(got);
+        count -= static_cast<size_t>(got);
+    }
+    return true;
+}
+
+bool File::identity(Identity& identity) const {
+    struct stat status {};
+    if (!m_handle || pwFileSystemCalls().fstat(m_handle->fd, &status) != 0) return false;
+    identity.device = static_cast<uint64_t>(status.st_dev);
+    identity.inode = static_cast<uint64_t>(status.st_ino);
+    identity.size = static_cast<int64_t>(status.st_size);
+    identity.modifiedNanoseconds =
+        static_cast<int64_t>(status.st_mtim.tv_sec) * 1000000000 + status.st_mtim.tv_nsec;
+    return true;
+}
+
 bool File::flush() const {
     return m_handle && pwFileSystemCalls().fsync(m_handle->fd) == 0;
 }

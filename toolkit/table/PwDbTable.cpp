@@ -70,7 +70,7 @@ ErrorStatus PwDbTable::checkStyle(PwDbObjectId style) const {
     if (database() != nullptr && style.database() != database()) {
         return Plotwright::StatusWrongDatabase;
     }
-    if (!style.isValid() || !style.stub()->object->isKindOf(PwDbTextStyleTableRecord::desc())) {
+    if (!style.isValid() || !pwdbStubMayBe(*style.stub(), PwDbTextStyleTableRecord::desc())) {
         return Plotwright::StatusNotThatKindOfClass;
     }
     return StatusOk;

@@ -22,8 +22,8 @@ using Plotwright::StatusOk;
 namespace {
 
 PwDbBlockTableRecord* BlockOf(PwDbObjectId id) {
-    if (id.isNull() || id.stub()->object == nullptr) return nullptr;
-    return PwDbBlockTableRecord::cast(id.stub()->object);
+    if (id.isNull()) return nullptr;
+    return PwDbBlockTableRecord::cast(pwdbStubObject(*id.stub()));
 }
 
 bool IsExchangeFile(const wstring& path) {
@@ -68,8 +68,8 @@ PwDbDatabase* PwDbXrefResolver::loadedFor(const PwDbDatabase& database) {
 std::vector<PwDbBlockTableRecord*> PwDbXrefResolver::referenceBlocks(const PwDbDatabase& database) {
     std::vector<PwDbBlockTableRecord*> blocks;
     const PwDbObjectId tableId = database.blockTableId();
-    if (tableId.isNull() || tableId.stub()->object == nullptr) return blocks;
-    const auto* table = PwDbBlockTable::cast(tableId.stub()->object);
+    if (tableId.isNull()) return blocks;
+    const auto* table = PwDbBlockTable::cast(pwdbStubObject(*tableId.stub()));
     if (table == nullptr) return blocks;
     PwDbSymbolTableIterator* iterator = nullptr;
     table->newIterator(iterator, true, true);

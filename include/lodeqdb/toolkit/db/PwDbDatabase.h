@@ -38,6 +38,7 @@ class PwDbTransactionManager;
 struct PwDbDrawingImage;
 struct PwDbPreviewImage;
 struct PwDbStub;
+class PwRxClass;
 
 /// A number that changes whenever any drawing of the process changes, is made or is destroyed:
 /// caches that span several drawings (the reference graph of a host) are sound while it stays.
@@ -240,11 +241,34 @@ class PwDbDatabase {
     explicit PwDbDatabase(EmptyTag);
 
     PwDbStub& newStub(PwDbHandle handle);
+    /// Decodes the pending record `stub` of the file being read and puts its object there;
+    /// the object, or null with `why` set when the record doesn't decode.
+    PwDbObject* decodePending(PwDbStub& stub, Plotwright::ErrorStatus* why);
+    /// Decodes every record still pending; the first failure's status, the records that
+    /// decode being decoded all the same.
+    Plotwright::ErrorStatus decodeAllPending() const;
+    friend PwDbObject* pwdbStubObject(const PwDbStub& stub, Plotwright::ErrorStatus* why);
+    friend bool pwdbStubMayBe(const PwDbStub& stub, const PwRxClass* cls);
     void buildDefaultDrawing();
     /// Takes over every object, record and setting of `other`, giving it this one's.
     void swapContents(PwDbDatabase& other);
     Plotwright::ErrorStatus readImage(const PwDbDrawingImage& image, const char16_t* path,
                                       int32_t version);
+    /// Makes `scratch`, whose objects are in, a drawing with the roots and settings of `head`
+    /// and takes its contents; StatusBadFileFormat when a root is missing.
+    Plotwright::ErrorStatus takeLoaded(PwDbDatabase& scratch, const PwDbDrawingImage& head);
+    /// What a database keeps of the file it was read from, but its objects.
+    void noteRead(const PwDbDrawingImage& head, const char16_t* path, int32_t version);
+    /// Reads an indexed native file: its front now, its records when first needed.
+    struct IndexedRead;
+    Plotwright::ErrorStatus readIndexed(const char16_t* path, IndexedRead& read);
+    /// Before a save replaces `path`: when it is the file still being read, reads into memory
+    /// what is still wanted of it.
+    Plotwright::ErrorStatus keepPendingBeforeReplacing(const char16_t* path);
+    /// The image of the drawing without its objects.
+    void captureHead(PwDbDrawingImage& image, int32_t version) const;
+    /// The native file of the drawing, records still in the file read copied as they are.
+    Plotwright::ErrorStatus encodeIndexed(int32_t version, std::string& bytes) const;
     bool inputForbidsSaving(const char16_t* path) const;
     /// The entry of `slot`, made empty when the drawing has none.
     std::unique_ptr<PwDbDatabaseExtension>& takeExtensionSlot(const PwDbExtensionSlot& slot);

@@ -64,6 +64,20 @@ class File {
     bool seek(int64_t offset, FileSeekAnchor anchor) const;
     /// The file's size in bytes; -1 for a null file.
     int64_t size() const;
+    /// Reads exactly `count` bytes at `offset`, leaving the position as it was; false when
+    /// they aren't all there or the read fails.
+    bool readAt(uint64_t offset, void* destination, size_t count) const;
+    /// What tells one state of a file from another: its device and inode, its size and the
+    /// time it was last written, to the nanosecond.
+    struct Identity {
+        uint64_t device = 0;
+        uint64_t inode = 0;
+        int64_t size = -1;
+        int64_t modifiedNanoseconds = 0;
+        bool operator==(const Identity&) const = default;
+    };
+    /// The identity of the open file; false for a null file or a failed fstat.
+    bool identity(Identity& identity) const;
     /// Forces what was written to the disk.
     bool flush() const;
 

@@ -1,0 +1,25 @@
+// Making the object a stored record asks for: of its own class when this process has one that
+// makes objects, else a proxy of the right kind. Internal to the toolkit; the readers of both
+// file layouts use it, so that unknown classes become proxies in one place.
+#pragma once
+
+#include <vector>
+
+#include <lodeqdb/lodeutil/WideString.h>
+
+class PwDbObject;
+class PwRxClass;
+
+/// The class this process has for a record whose class chain is `chain` (its first, most
+/// derived name); null when there is none. Ask once per chain: it looks the name up under the
+/// class registry's lock.
+PwRxClass* pwdbClassForChain(const std::vector<wstring>& chain);
+
+/// A new object, in no database, for a record whose class chain is `chain`; `cls` is
+/// pwdbClassForChain(chain). A proxy (entity or object, as the chain says) stands for a class
+/// that is missing or doesn't make database objects; the proxy knows the chain.
+PwDbObject* pwdbMakeObjectForChain(const std::vector<wstring>& chain, PwRxClass* cls);
+
+/// The class chain a record of `object` names: its class and bases, most derived first,
+/// ending with "PwDbObject"; for a proxy, the chain of the class it stands for.
+std::vector<wstring> pwdbClassChainOf(const PwDbObject& object);

@@ -1,0 +1,421 @@
+// Layout revision 2 of the native file: the class table, the index and the pages of packed
+// records, written and read.
+#include "toolkit/file/PwDbPlwIndexed.h"
+
+#include <algorithm>
+#include <limits>
+#include <new>
+
+#include "toolkit/file/PwDbPlwBytes.h"
+#include "toolkit/file/PwDbPlwFrame.h"
+#include "toolkit/file/PwDbPlwPacking.h"
+
+namespace {
+
+using Plotwright::ErrorStatus;
+
+// A page closes once it holds this much; a record is never split, so a page may be longer.
+constexpr size_t kPageTarget = 4096;
+constexpr uint64_t kMost32 = std::numeric_limits<uint32_t>::max();
+// The end section: its head and the checksum of its empty payload.
+constexpr uint64_t kEndSectionSize = kPwDbPlwSectionHeadSize + 4;
+
+std::u16string ClassKey(const std::vector<wstring>& chain) {
+    std::u16string key;
+    for (const wstring& name : chain) {
+        key += name;
+        key.push_back(u'\0');
+    }
+    return key;
+}
+
+bool NamesObject(const std::vector<wstring>& chain) {
+    return std::find(chain.begin(), chain.end(), u"PwDbObject") != chain.end();
+}
+
+// ---- the class table ----
+
+void WriteClasses(PwDbPlwWriter& out, const std::vector<std::vector<wstring>>& classes,
+                  const std::vector<PwDbPlwShape>& shapes) {
+    out.varint(classes.size());
+    for (const auto& chain : classes) {
+        out.varint(chain.size());
+        for (const wstring& name : chain) {
+            out.varint(name.size());
+            out.units(name);
+        }
+    }
+    out.varint(shapes.size());
+    for (const PwDbPlwShape& shape : shapes) {
+        out.varint(shape.classIndex);
+        out.varint(shape.tags.size());
+        out.raw(shape.tags);
+    }
+}
+
+bool ReadClasses(std::string_view payload, PwDbPlwIndexedFront& front) {
+    PwDbPlwReader in(payload);
+    uint64_t count = 0;
+    // A class takes at least a count of names, a count of units and one unit: 4 bytes.
+    if (!in.varint(count) || count > in.left() / 4) return false;
+    front.classes.resize(static_cast<size_t>(count));
+    for (auto& chain : front.classes) {
+        uint64_t names = 0;
+        if (!in.varint(names) || names == 0 || names > in.left() / 3) return false;
+        chain.resize(static_cast<size_t>(names));
+        for (wstring& name : chain) {
+            uint64_t units = 0;
+            if (!in.varint(units) || units == 0 || !in.units(units, name)) return false;
+        }
+        if (!NamesObject(chain)) return false;
+    }
+    if (!in.varint(count) || count > in.left() / 2) return false;
+    front.shapes.resize(static_cast<size_t>(count));
+    for (PwDbPlwShape& shape : front.shapes) {
+        uint64_t classIndex = 0;
+        uint64_t items = 0;
+        std::string_view tags;
+        if (!in.varint(classIndex) || classIndex >= front.classes.size() || !in.varint(items) ||
+            !in.view(items, tags)) {
+            return false;
+        }
+        if (!std::all_of(tags.begin(), tags.end(), [](char tag) {
+                return tag >= kPwDbPlwTagText && tag <= kPwDbPlwTagHandle;
+            })) {
+            return false;
+        }
+        shape.classIndex = static_cast<uint32_t>(classIndex);
+        shape.tags = tags;
+    }
+    return in.left() == 0;
+}
+
+// ---- the index ----
+
+bool ReadIndex(std::string_view payload, PwDbPlwIndexedFront& front) {
+    PwDbPlwReader in(payload);
+    uint64_t records = 0;
+    uint64_t pages = 0;
+    // A record takes at least 3 bytes of the index, a page 2.
+    if (!in.varint(records) || records > in.left() / 3 || !in.varint(pages) ||
+        pages > in.left() / 2) {
+        return false;
+    }
+    std::vector<uint64_t> recordsInPage(static_cast<size_t>(pages));
+    front.pages.resize(static_cast<size_t>(pages));
+    uint64_t counted = 0;
+    for (size_t page = 0; page < front.pages.size(); ++page) {
+        uint64_t length = 0;
+        if (!in.varint(recordsInPage[page]) || recordsInPage[page] == 0 ||
+            recordsInPage[page] > records - counted || !in.varint(length) || length > kMost32) {
+            return false;
+        }
+        counted += recordsInPage[page];
+        front.pages[page].length = static_cast<uint32_t>(length);
+    }
+    if (counted != records || records > in.left() / 3) return false;
+    front.handles.resize(static_cast<size_t>(records));
+    front.erased.resize(static_cast<size_t>(records));
+    front.places.resize(static_cast<size_t>(records));
+    PwDbHandle handle = 0;
+    size_t record = 0;
+    for (size_t page = 0; page < front.pages.size(); ++page) {
+        uint64_t offset = 0;
+        for (uint64_t i = 0; i < recordsInPage[page]; ++i, ++record) {
+            uint64_t delta = 0;
+            uint64_t shapeAndErased = 0;
+            uint64_t length = 0;
+            if (!in.varint(delta) || delta == 0 || delta > std::numeric_limits<PwDbHandle>::max() - handle ||
+                !in.varint(shapeAndErased) || (shapeAndErased >> 1) >= front.shapes.size() ||
+                !in.varint(length) || length > front.pages[page].length - offset) {
+                return false;
+            }
+            handle += delta;
+            front.handles[record] = handle;
+            front.erased[record] = static_cast<uint8_t>(shapeAndErased & 1);
+            front.places[record] = {static_cast<uint32_t>(page), static_cast<uint32_t>(offset),
+                                    static_cast<uint32_t>(length),
+                                    static_cast<uint32_t>(shapeAndErased >> 1)};
+            offset += length;
+        }
+        if (offset != front.pages[page].length) return false;
+    }
+    return in.left() == 0;
+}
+
+// The sections before the records' pages, in their order; the preview may be missing.
+bool FollowsInFront(uint32_t previous, uint32_t tag) {
+    switch (tag) {
+        case kPwDbPlwSettingsTag: return previous == 0;
+        case kPwDbPlwClassesTag: return previous == kPwDbPlwSettingsTag;
+        case kPwDbPlwIndexTag: return previous == kPwDbPlwClassesTag;
+        case kPwDbPlwPreviewTag: return previous == kPwDbPlwIndexTag;
+        case kPwDbPlwObjectsTag:
+            return previous == kPwDbPlwIndexTag || previous == kPwDbPlwPreviewTag;
+        default: return false;
+    }
+}
+
+uint64_t LittleAt(std::string_view bytes, uint64_t offset, size_t size) {
+    uint64_t value = 0;
+    for (size_t i = 0; i < size; ++i) {
+        value |= static_cast<uint64_t>(static_cast<uint8_t>(bytes[offset + i])) << (8 * i);
+    }
+    return value;
+}
+
+}  // namespace
+
+PwDbPlwFrontExtent pwdbPlwIndexedFrontExtent(std::string_view prefix, uint64_t fileSize) {
+    PwDbPlwFrontExtent extent;
+    PwDbPlwHeader header;
+    if (prefix.size() < kPwDbPlwHeaderSize) {
+        extent.sound = fileSize >= kPwDbPlwHeaderSize;
+        extent.end = kPwDbPlwHeaderSize;
+        return extent;
+    }
+    if (!pwdbPlwReadHeader(prefix, fileSize, header) ||
+        header.revision != kPwDbPlwIndexedRevision) {
+        return extent;
+    }
+    uint64_t at = header.sectionsOffset;
+    uint32_t previous = 0;
+    while (true) {
+        if (fileSize - at < kPwDbPlwSectionHeadSize) return extent;
+        if (prefix.size() < at + kPwDbPlwSectionHeadSize) {
+            extent.sound = true;
+            extent.end = at + kPwDbPlwSectionHeadSize;
+            return extent;
+        }
+        const auto tag = static_cast<uint32_t>(LittleAt(prefix, at, 4));
+        const uint64_t length = LittleAt(prefix, at + 4, 8);
+        if (!FollowsInFront(previous, tag)) return extent;
+        at += kPwDbPlwSectionHeadSize;
+        if (tag == kPwDbPlwObjectsTag) {
+            extent.sound = true;
+            extent.complete = true;
+            extent.end = at;
+            return extent;
+        }
+        if (length > fileSize - at || fileSize - at - length < 4) return extent;
+        at += length + 4;
+        previous = tag;
+    }
+}
+
+bool pwdbPlwReadIndexedFront(std::string_view front, uint64_t fileSize, PwDbPlwIndexedFront& out) {
+    PwDbPlwHeader header;
+    if (!pwdbPlwReadHeader(front, fileSize, header) ||
+        header.revision != kPwDbPlwIndexedRevision || header.sectionsOffset > front.size()) {
+        return false;
+    }
+    const auto appInfo =
+        front.substr(kPwDbPlwHeaderSize, header.sectionsOffset - kPwDbPlwHeaderSize);
+    if (!pwdbPlwChecksumHolds(header.appInfoCrc, appInfo) ||
+        !pwdbPlwReadAppInfo(appInfo, out.head.appInfo)) {
+        return false;
+    }
+    PwDbPlwReader in(front.substr(header.sectionsOffset));
+    PwDbPlwSection section;
+    if (!pwdbPlwReadSoundSection(in, section) || section.tag != kPwDbPlwSettingsTag ||
+        !pwdbPlwReadSettings(section.payload, header.version, out.head) ||
+        !pwdbPlwReadSoundSection(in, section) || section.tag != kPwDbPlwClassesTag ||
+        !ReadClasses(section.payload, out) || !pwdbPlwReadSoundSection(in, section) ||
+        section.tag != kPwDbPlwIndexTag || !ReadIndex(section.payload, out)) {
+        return false;
+    }
+    uint32_t tag = 0;
+    uint64_t length = 0;
+    if (!in.u32(tag)) return false;
+    if (tag == kPwDbPlwPreviewTag) {
+        std::string_view payload;
+        uint32_t crc = 0;
+        if (!in.u64(length) || !in.view(length, payload) || !in.u32(crc) ||
+            !pwdbPlwChecksumHolds(crc, payload) ||
+            !pwdbPlwReadPreview(payload, out.head.preview.emplace())) {
+            return false;
+        }
+        if (!in.u32(tag)) return false;
+    }
+    if (tag != kPwDbPlwObjectsTag || !in.u64(length)) return false;
+    const uint64_t pagesStart = static_cast<uint64_t>(in.position() - front.data());
+    // The pages fill the objects section exactly, and the end section follows to the end.
+    uint64_t at = pagesStart;
+    for (PwDbPlwPage& page : out.pages) {
+        page.offset = at;
+        at += uint64_t{page.length} + 4;
+    }
+    return at - pagesStart == length && at <= fileSize && fileSize - at == 4 + kEndSectionSize;
+}
+
+bool pwdbPlwPageSound(std::string_view pageAndCheck) {
+    if (pageAndCheck.size() < 4) return false;
+    const std::string_view page = pageAndCheck.substr(0, pageAndCheck.size() - 4);
+    return pwdbPlwChecksumHolds(static_cast<uint32_t>(LittleAt(pageAndCheck, page.size(), 4)),
+                                page);
+}
+
+bool pwdbPlwIndexedRecordsSound(std::string_view file, uint64_t pagesStart,
+                                const PwDbPlwIndexedFront& front) {
+    // The objects section's own checksum covers all of its pages; then the end section.
+    const uint64_t objectsEnd = file.size() - 4 - kEndSectionSize;
+    const std::string_view objects = file.substr(pagesStart, objectsEnd - pagesStart);
+    PwDbPlwReader tail(file.substr(objectsEnd));
+    uint32_t objectsCrc = 0;
+    PwDbPlwSection end;
+    if (!tail.u32(objectsCrc) || !pwdbPlwChecksumHolds(objectsCrc, objects) ||
+        !pwdbPlwReadSoundSection(tail, end) || end.tag != kPwDbPlwEndTag ||
+        !end.payload.empty() || tail.left() != 0) {
+        return false;
+    }
+    return std::all_of(front.pages.begin(), front.pages.end(), [file](const PwDbPlwPage& page) {
+        return pwdbPlwPageSound(file.substr(page.offset, uint64_t{page.length} + 4));
+    });
+}
+
+ErrorStatus pwdbPlwDecodeIndexed(std::string_view file, PwDbDrawingImage& image) {
+    const PwDbPlwFrontExtent extent = pwdbPlwIndexedFrontExtent(file, file.size());
+    PwDbPlwIndexedFront front;
+    if (!extent.sound || !extent.complete ||
+        !pwdbPlwReadIndexedFront(file.substr(0, extent.end), file.size(), front)) {
+        return Plotwright::StatusBadFileFormat;
+    }
+    if (!pwdbPlwIndexedRecordsSound(file, extent.end, front)) return Plotwright::StatusBadFileFormat;
+    image = std::move(front.head);
+    image.objects.resize(front.places.size());
+    for (size_t i = 0; i < front.places.size(); ++i) {
+        const PwDbPlwRecordPlace& place = front.places[i];
+        const PwDbPlwShape& shape = front.shapes[place.shape];
+        PwDbObjectRecord& record = image.objects[i];
+        record.classChain = front.classes[shape.classIndex];
+        record.handle = front.handles[i];
+        record.erased = front.erased[i] != 0;
+        const std::string_view values =
+            file.substr(front.pages[place.page].offset + place.offset, place.length);
+        if (!pwdbPlwUnpackItems(shape.tags, values, record.data)) {
+            return Plotwright::StatusBadFileFormat;
+        }
+    }
+    return Plotwright::StatusOk;
+}
+
+// ---- writing ----
+
+uint32_t PwDbPlwIndexedWriter::classFor(const std::vector<wstring>& chain) {
+    // A chain that doesn't end in the base of all objects could never be read back.
+    if (chain.empty() || !NamesObject(chain) ||
+        std::any_of(chain.begin(), chain.end(), [](const wstring& name) { return name.empty(); })) {
+        return std::numeric_limits<uint32_t>::max();
+    }
+    const auto [at, added] =
+        m_classByKey.try_emplace(ClassKey(chain), static_cast<uint32_t>(m_classes.size()));
+    if (added) m_classes.push_back(chain);
+    return at->second;
+}
+
+uint32_t PwDbPlwIndexedWriter::shapeFor(uint32_t classIndex, std::string_view tags) {
+    std::string key(reinterpret_cast<const char*>(&classIndex), sizeof classIndex);
+    key.append(tags);
+    const auto [at, added] =
+        m_shapeByKey.try_emplace(std::move(key), static_cast<uint32_t>(m_shapes.size()));
+    if (added) m_shapes.push_back({classIndex, std::string(tags)});
+    return at->second;
+}
+
+bool PwDbPlwIndexedWriter::add(PwDbHandle handle, bool erased, uint32_t shape,
+                               std::string_view values) {
+    if (handle <= m_lastHandle || values.size() > kMost32) return false;
+    PwDbPlwWriter index(m_recordIndex);
+    index.varint(handle - m_lastHandle);
+    index.varint((uint64_t{shape} << 1) | (erased ? 1 : 0));
+    index.varint(values.size());
+    m_lastHandle = handle;
+    m_pages.append(values);
+    ++m_recordCount;
+    ++m_pageRecords;
+    if (m_pages.size() - m_pageStart >= kPageTarget) closePage();
+    return true;
+}
+
+void PwDbPlwIndexedWriter::closePage() {
+    if (m_pageRecords == 0) return;
+    const size_t length = m_pages.size() - m_pageStart;
+    PwDbPlwWriter pages(m_pages);
+    pages.u32(pwdbPlwCrc32(std::string_view(m_pages).substr(m_pageStart, length)));
+    PwDbPlwWriter table(m_pageTable);
+    table.varint(m_pageRecords);
+    table.varint(length);
+    ++m_pageCount;
+    m_pageRecords = 0;
+    m_pageStart = m_pages.size();
+}
+
+ErrorStatus PwDbPlwIndexedWriter::finish(const PwDbDrawingImage& head, std::string& bytes) {
+    if (pwdbSignatureForVersion(head.version) == nullptr) return Plotwright::StatusNoSuchVersion;
+    if (head.measurement != PwDb::Imperial && head.measurement != PwDb::Metric) {
+        return Plotwright::StatusInvalidInput;
+    }
+    closePage();
+    // A page longer than 4 GiB can't be described; only one huge record makes one.
+    if (m_pages.size() - m_pageStart > kMost32) return Plotwright::StatusInvalidInput;
+    std::string file(kPwDbPlwHeaderSize, '\0');
+    file.reserve(kPwDbPlwHeaderSize + 4096 + m_recordIndex.size() + m_pages.size());
+    PwDbPlwWriter out(file);
+    if (!pwdbPlwWriteAppInfo(out, head.appInfo)) return Plotwright::StatusInvalidInput;
+    const size_t sectionsOffset = out.size();
+    pwdbPlwWriteSettings(out, head);
+    size_t start = pwdbPlwBeginSection(out, kPwDbPlwClassesTag);
+    WriteClasses(out, m_classes, m_shapes);
+    pwdbPlwEndSection(out, start);
+    start = pwdbPlwBeginSection(out, kPwDbPlwIndexTag);
+    out.varint(m_recordCount);
+    out.varint(m_pageCount);
+    out.raw(m_pageTable);
+    out.raw(m_recordIndex);
+    pwdbPlwEndSection(out, start);
+    if (head.preview && !pwdbPlwWritePreview(out, *head.preview)) {
+        return Plotwright::StatusInvalidInput;
+    }
+    start = pwdbPlwBeginSection(out, kPwDbPlwObjectsTag);
+    out.raw(m_pages);
+    pwdbPlwEndSection(out, start);
+    pwdbPlwEndSection(out, pwdbPlwBeginSection(out, kPwDbPlwEndTag));
+    pwdbPlwWriteHeader(file, head.version, kPwDbPlwIndexedRevision, sectionsOffset);
+    bytes.swap(file);
+    return Plotwright::StatusOk;
+}
+
+ErrorStatus pwdbEncodePlwIndexed(const PwDbDrawingImage& image, std::string& bytes) {
+    if (pwdbSignatureForVersion(image.version) == nullptr) return Plotwright::StatusNoSuchVersion;
+    try {
+        std::vector<const PwDbObjectRecord*> ordered;
+        ordered.reserve(image.objects.size());
+        for (const PwDbObjectRecord& record : image.objects) ordered.push_back(&record);
+        std::sort(ordered.begin(), ordered.end(),
+                  [](const PwDbObjectRecord* a, const PwDbObjectRecord* b) {
+                      return a->handle < b->handle;
+                  });
+        PwDbPlwIndexedWriter writer;
+        std::string tags;
+        std::string values;
+        for (const PwDbObjectRecord* record : ordered) {
+            const uint32_t classIndex = writer.classFor(record->classChain);
+            if (classIndex == std::numeric_limits<uint32_t>::max()) {
+                return Plotwright::StatusInvalidInput;
+            }
+            tags.clear();
+            values.clear();
+            for (const auto& item : record->data) pwdbPlwPackItem(item, tags, values);
+            if (!writer.add(record->handle, record->erased, writer.shapeFor(classIndex, tags),
+                            values)) {
+                return Plotwright::StatusInvalidInput;
+            }
+        }
+        std::string file;
+        if (auto status = writer.finish(image, file)) return status;
+        bytes.swap(file);
+        return Plotwright::StatusOk;
+    } catch (const std::bad_alloc&) {
+        return Plotwright::StatusOutOfMemory;
+    }
+}

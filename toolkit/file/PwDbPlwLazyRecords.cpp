@@ -1,0 +1,147 @@
+// Records of an indexed native file decoded on first use, from memory or from disk.
+#include "toolkit/file/PwDbPlwLazyRecords.h"
+
+#include <algorithm>
+#include <memory>
+
+#include <lodeqdb/toolkit/db/PwDbMemoryFiler.h>
+#include <lodeqdb/toolkit/db/PwDbObject.h>
+#include <lodeqdb/toolkit/db/PwDbProxyObject.h>
+#include "toolkit/db/PwDbObjectMaking.h"
+#include "toolkit/file/PwDbPlwPacking.h"
+
+namespace FileIO = Morvane::Plotwright::PAL::FileIO;
+
+PwDbPlwLazyRecords::PwDbPlwLazyRecords(PwDbPlwIndexedFront&& front, std::string&& wholeFile,
+                                       wstring path)
+    : m_front(std::move(front)),
+      m_classes(m_front.classes.size(), nullptr),
+      m_classResolved(m_front.classes.size(), 0),
+      m_path(std::move(path)),
+      m_whole(std::move(wholeFile)),
+      m_inMemory(true),
+      m_pageChecked(m_front.pages.size(), 0) {}
+
+PwDbPlwLazyRecords::PwDbPlwLazyRecords(PwDbPlwIndexedFront&& front, File held, wstring path,
+                                       File::Identity identity)
+    : m_front(std::move(front)),
+      m_classes(m_front.classes.size(), nullptr),
+      m_classResolved(m_front.classes.size(), 0),
+      m_path(std::move(path)),
+      m_held(held),
+      m_identity(identity),
+      m_pageChecked(m_front.pages.size(), 0) {}
+
+bool PwDbPlwLazyRecords::readFromDisk(uint64_t offset, size_t count, std::string& into) {
+    File file = m_held;
+    if (file.openStatus() != Plotwright::StatusOk) {
+        file = File::openFile(m_path.c_str(), FileIO::kWideChars, FileIO::kOpenForRead,
+                              FileIO::kShareRead, FileIO::kOpenExisting);
+        if (file.openStatus() != Plotwright::StatusOk) return false;
+    }
+    File::Identity now;
+    if (!file.identity(now) || now != m_identity) return false;
+    into.resize(count);
+    return file.readAt(offset, into.data(), count);
+}
+
+bool PwDbPlwLazyRecords::page(uint32_t index, std::string_view& bytes) {
+    const PwDbPlwPage& page = m_front.pages[index];
+    const size_t withCheck = size_t{page.length} + 4;
+    if (m_inMemory) {
+        const std::string_view stored = std::string_view(m_whole).substr(page.offset, withCheck);
+        if (!m_pageChecked[index]) {
+            if (!pwdbPlwPageSound(stored)) return false;
+            m_pageChecked[index] = 1;
+        }
+        bytes = stored.substr(0, page.length);
+        return true;
+    }
+    if (m_cachedPage != index) {
+        m_cachedPage = UINT32_MAX;
+        if (!readFromDisk(page.offset, withCheck, m_cached) || !pwdbPlwPageSound(m_cached)) {
+            return false;
+        }
+        m_cachedPage = index;
+    }
+    bytes = std::string_view(m_cached).substr(0, page.length);
+    return true;
+}
+
+Plotwright::ErrorStatus PwDbPlwLazyRecords::stored(size_t index,
+                                                   const std::vector<wstring>*& chain,
+                                                   std::string_view& tags,
+                                                   std::string_view& values) {
+    const PwDbPlwRecordPlace& place = m_front.places[index];
+    std::string_view bytes;
+    if (!page(place.page, bytes)) return Plotwright::StatusBadFileFormat;
+    const PwDbPlwShape& shape = m_front.shapes[place.shape];
+    chain = &m_front.classes[shape.classIndex];
+    tags = shape.tags;
+    values = bytes.substr(place.offset, place.length);
+    return Plotwright::StatusOk;
+}
+
+Plotwright::ErrorStatus PwDbPlwLazyRecords::decode(PwDbDatabase& database, size_t index,
+                                                   PwDbObject*& object) {
+    object = nullptr;
+    const std::vector<wstring>* chain = nullptr;
+    std::string_view tags;
+    std::string_view values;
+    if (auto status = stored(index, chain, tags, values)) return status;
+    const uint32_t classIndex = m_front.shapes[m_front.places[index].shape].classIndex;
+    if (!m_classResolved[classIndex]) {
+        m_classes[classIndex] = pwdbClassForChain(*chain);
+        m_classResolved[classIndex] = 1;
+    }
+    std::unique_ptr<PwDbObject> made(pwdbMakeObjectForChain(*chain, m_classes[classIndex]));
+    if (PwDbProxyObject::cast(made.get()) != nullptr ||
+        PwDbProxyEntity::cast(made.get()) != nullptr) {
+        // A proxy keeps the items its class's bases don't read, which only a memory filer
+        // can hand over.
+        std::vector<PwDbMemoryFiler::Item> items;
+        if (!pwdbPlwUnpackItems(tags, values, items)) return Plotwright::StatusBadFileFormat;
+        PwDbMemoryFiler filer(&database);
+        for (auto& item : items) filer.append(std::move(item));
+        if (made->plwInFields(&filer) != Plotwright::StatusOk || filer.remaining() != 0) {
+            return Plotwright::StatusBadFileFormat;
+        }
+    } else {
+        PwDbPlwUnpackingFiler filer(&database, tags, values);
+        if (made->plwInFields(&filer) != Plotwright::StatusOk || !filer.atEnd()) {
+            return Plotwright::StatusBadFileFormat;
+        }
+    }
+    object = made.release();
+    return Plotwright::StatusOk;
+}
+
+bool PwDbPlwLazyRecords::namesClass(size_t index, const char16_t* className) const {
+    const auto& chain =
+        m_front.classes[m_front.shapes[m_front.places[index].shape].classIndex];
+    return std::find(chain.begin(), chain.end(), className) != chain.end();
+}
+
+Plotwright::ErrorStatus PwDbPlwLazyRecords::keepEverything() {
+    if (m_inMemory) return Plotwright::StatusOk;
+    // The pages follow one another from the first to the end of the last.
+    if (m_front.pages.empty()) {
+        m_inMemory = true;
+        return Plotwright::StatusOk;
+    }
+    const uint64_t first = m_front.pages.front().offset;
+    const PwDbPlwPage& last = m_front.pages.back();
+    std::string pages;
+    if (!readFromDisk(first, static_cast<size_t>(last.offset + last.length + 4 - first), pages)) {
+        return Plotwright::StatusBadFileFormat;
+    }
+    // Only the pages are kept: their offsets now count from the first page.
+    for (PwDbPlwPage& page : m_front.pages) page.offset -= first;
+    m_whole = std::move(pages);
+    m_inMemory = true;
+    m_held = File();
+    m_cachedPage = UINT32_MAX;
+    m_cached.clear();
+    std::fill(m_pageChecked.begin(), m_pageChecked.end(), 0);
+    return Plotwright::StatusOk;
+}
