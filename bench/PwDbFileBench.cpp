@@ -88,6 +88,51 @@ void BM_ReadNative(benchmark::State& state) {
 }
 BENCHMARK(BM_ReadNative)->Unit(benchmark::kMillisecond);
 
+// Read and every object decoded: closeInput takes whatever is still in the file.
+void BM_ReadNativeWhole(benchmark::State& state) {
+    const SavedDrawing& saved = Saved();
+    const wstring path = LodeUtil::Utf16FromUtf8(saved.native);
+    for (auto _ : state) {
+        PwDbDatabase database;
+        benchmark::DoNotOptimize(
+            database.readPlwFile(path.c_str(), PwDbDatabase::OpenModeAlternate));
+        benchmark::DoNotOptimize(database.closeInput(true));
+    }
+    Report(state, RawRead(saved.native), saved.objects);
+}
+BENCHMARK(BM_ReadNativeWhole)->Unit(benchmark::kMillisecond);
+
+// Saving a drawing read lazily and never changed, against copying its file.
+void BM_SaveNativeAfterLazyRead(benchmark::State& state) {
+    const SavedDrawing& saved = Saved();
+    PwDbDatabase database;
+    database.readPlwFile(LodeUtil::Utf16FromUtf8(saved.native).c_str(),
+                         PwDbDatabase::OpenModeAlternate);
+    const wstring path = LodeUtil::Utf16FromUtf8(saved.folder + "/copied.plw");
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(database.saveAs(path.c_str(), false, PwDb::PwDbPlwVersionCurrent));
+    }
+    Report(state, RawRead(saved.native), saved.objects);
+}
+BENCHMARK(BM_SaveNativeAfterLazyRead)->Unit(benchmark::kMillisecond);
+
+void BM_CopyNativeFile(benchmark::State& state) {
+    const SavedDrawing& saved = Saved();
+    const std::string copy = saved.folder + "/copy.plw";
+    for (auto _ : state) {
+        std::string bytes(RawRead(saved.native), '\0');
+        const int in = open(saved.native.c_str(), O_RDONLY);
+        benchmark::DoNotOptimize(read(in, bytes.data(), bytes.size()));
+        close(in);
+        const int out = open(copy.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
+        benchmark::DoNotOptimize(write(out, bytes.data(), bytes.size()));
+        fsync(out);
+        close(out);
+    }
+    Report(state, RawRead(saved.native), saved.objects);
+}
+BENCHMARK(BM_CopyNativeFile)->Unit(benchmark::kMillisecond);
+
 void BM_SaveNative(benchmark::State& state) {
     const SavedDrawing& saved = Saved();
     const wstring path = LodeUtil::Utf16FromUtf8(saved.folder + "/saved.plw");

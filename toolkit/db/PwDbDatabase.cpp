@@ -349,6 +349,10 @@ Plotwright::ErrorStatus PwDbDatabase::decodeAllPending() const {
     return first;
 }
 
+size_t pwdbPendingRecordCount(const PwDbDatabase& database) {
+    return database.m_records->pendingCount;
+}
+
 PwDbObject* pwdbStubObject(const PwDbStub& stub, Plotwright::ErrorStatus* why) {
     if (!stub.pending) return stub.object;
     return stub.database->decodePending(const_cast<PwDbStub&>(stub), why);

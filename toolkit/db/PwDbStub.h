@@ -78,6 +78,9 @@ PwDbObject* pwdbStubObject(const PwDbStub& stub, Plotwright::ErrorStatus* why = 
 /// answers from its class chain.
 bool pwdbStubMayBe(const PwDbStub& stub, const PwRxClass* cls);
 
+/// The number of records of `database` still pending in the file it reads.
+size_t pwdbPendingRecordCount(const PwDbDatabase& database);
+
 /// Visits every object record of `database`: the file's in handle order, then those made
 /// later in the order they were made; erased objects and records without an object
 /// included. Pending records are decoded first.

@@ -117,9 +117,17 @@ Plotwright::ErrorStatus PwDbPlwLazyRecords::decode(PwDbDatabase& database, size_
 }
 
 bool PwDbPlwLazyRecords::namesClass(size_t index, const char16_t* className) const {
-    const auto& chain =
-        m_front.classes[m_front.shapes[m_front.places[index].shape].classIndex];
-    return std::find(chain.begin(), chain.end(), className) != chain.end();
+    // Asked of every record in turn with one name (the text style table's, when a drawing is
+    // read): the answer is worked out once per class of the file for the last name asked.
+    if (m_namesAskedFor != className) {
+        m_namesAnswer.assign(m_front.classes.size(), 0);
+        for (size_t i = 0; i < m_front.classes.size(); ++i) {
+            const auto& chain = m_front.classes[i];
+            m_namesAnswer[i] = std::find(chain.begin(), chain.end(), className) != chain.end();
+        }
+        m_namesAskedFor = className;
+    }
+    return m_namesAnswer[m_front.shapes[m_front.places[index].shape].classIndex] != 0;
 }
 
 Plotwright::ErrorStatus PwDbPlwLazyRecords::keepEverything() {

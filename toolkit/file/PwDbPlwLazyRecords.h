@@ -56,6 +56,8 @@ class PwDbPlwLazyRecords final : public PwDbRecordSource {
     File m_held;
     File::Identity m_identity;
     std::vector<uint8_t> m_pageChecked;
+    mutable wstring m_namesAskedFor;
+    mutable std::vector<uint8_t> m_namesAnswer;
     uint32_t m_cachedPage = UINT32_MAX;
     std::string m_cached;
 };

@@ -249,6 +249,7 @@ class PwDbDatabase {
     Plotwright::ErrorStatus decodeAllPending() const;
     friend PwDbObject* pwdbStubObject(const PwDbStub& stub, Plotwright::ErrorStatus* why);
     friend bool pwdbStubMayBe(const PwDbStub& stub, const PwRxClass* cls);
+    friend size_t pwdbPendingRecordCount(const PwDbDatabase& database);
     void buildDefaultDrawing();
     /// Takes over every object, record and setting of `other`, giving it this one's.
     void swapContents(PwDbDatabase& other);

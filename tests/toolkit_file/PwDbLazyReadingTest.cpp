@@ -1,0 +1,291 @@
+// Drawings read from indexed native files: records decoded when first needed, the same answers
+// as a drawing read whole, damage found when it is needed, files changed under a partly read
+// drawing reported by status, unchanged records saved from their stored bytes.
+#include <gtest/gtest.h>
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <string>
+#include <vector>
+
+#include "PwDbImageTestSupport.h"
+#include "PwDbSampleDrawing.h"
+#include "support/TempFolderTest.h"
+#include <lodeqdb/lodeutil/Utf.h>
+#include <lodeqdb/toolkit/db/PwDbAuthoring.h>
+#include <lodeqdb/toolkit/db/PwDbBlockTable.h>
+#include <lodeqdb/toolkit/db/PwDbCurves.h>
+#include <lodeqdb/toolkit/db/PwDbObjectPointer.h>
+#include "toolkit/db/PwDbStub.h"
+#include "toolkit/file/PwDbPlwCodec.h"
+#include "toolkit/file/PwDbPlwIndexed.h"
+
+namespace {
+
+using Plotwright::StatusOk;
+
+// Large enough that the first read doesn't take the whole file, so records come from disk.
+constexpr int kLines = 4000;
+
+class LazyReading : public lodeqdbtest::TempFolderTest {
+  protected:
+    LazyReading() : TempFolderTest("lodeqdb-lazy") {}
+
+    // A drawing of kLines lines (the line i from (0, 0, 0) to (i, 2i, 0)) saved as `name`;
+    // the ids of its lines in order.
+    std::vector<PwDbHandle> SaveLines(const std::string& name, int lines = kLines) {
+        auto drawing = PwDbAuthoring::createDrawing();
+        std::vector<PwDbHandle> handles;
+        for (int i = 0; i < lines; ++i) {
+            PwDbObjectId id;
+            EXPECT_EQ(PwDbAuthoring::addLine(*drawing, drawing->modelSpaceId(), {0, 0, 0},
+                                             {double(i), 2.0 * i, 0}, {}, &id),
+                      StatusOk);
+            handles.push_back(id.handle());
+        }
+        EXPECT_EQ(drawing->saveAs(Path(name).c_str(), false, PwDb::PwDbPlwVersionCurrent),
+                  StatusOk);
+        return handles;
+    }
+
+    // The front of the indexed file `name`.
+    PwDbPlwIndexedFront Front(const std::string& name) {
+        const std::string bytes = Read(name);
+        const PwDbPlwFrontExtent extent = pwdbPlwIndexedFrontExtent(bytes, bytes.size());
+        PwDbPlwIndexedFront front;
+        EXPECT_TRUE(extent.complete);
+        EXPECT_TRUE(pwdbPlwReadIndexedFront(std::string_view(bytes).substr(0, extent.end),
+                                            bytes.size(), front));
+        return front;
+    }
+
+    // Where the record of `handle` lies in the file `name`: its page's first byte and length.
+    std::pair<uint64_t, uint32_t> PageOf(const std::string& name, PwDbHandle handle) {
+        const PwDbPlwIndexedFront front = Front(name);
+        for (size_t i = 0; i < front.handles.size(); ++i) {
+            if (front.handles[i] == handle) {
+                const PwDbPlwPage& page = front.pages[front.places[i].page];
+                return {page.offset, page.length};
+            }
+        }
+        ADD_FAILURE() << "no record " << handle;
+        return {0, 0};
+    }
+
+    static Plotwright::ErrorStatus OpenLine(PwDbDatabase& drawing, PwDbHandle handle,
+                                            PwGePoint3d* end = nullptr) {
+        PwDbObjectPointer<PwDbLine> line(drawing.getPwDbObjectId(handle), PwDb::OpenForRead);
+        if (line.openStatus() == StatusOk && end != nullptr) *end = line->endPoint();
+        return line.openStatus();
+    }
+
+    void Overwrite(const std::string& name, uint64_t offset, const std::string& bytes) {
+        const int fd = open((folder + "/" + name).c_str(), O_WRONLY);
+        ASSERT_GE(fd, 0);
+        ASSERT_EQ(pwrite(fd, bytes.data(), bytes.size(), static_cast<off_t>(offset)),
+                  static_cast<ssize_t>(bytes.size()));
+        close(fd);
+    }
+};
+
+TEST_F(LazyReading, TheIndexedLayoutKeepsEveryRecord) {
+    const auto drawing = pwdbfiletest::MakeSampleDrawing();
+    PwDbDrawingImage image;
+    ASSERT_EQ(drawing->captureImage(image, PwDb::PwDbPlwVersionCurrent), StatusOk);
+    std::string bytes;
+    ASSERT_EQ(pwdbEncodePlwIndexed(image, bytes), StatusOk);
+    EXPECT_EQ(bytes.substr(52, 5), std::string("LQDB\x02", 5));
+    PwDbDrawingImage read;
+    ASSERT_EQ(pwdbDecodePlw(bytes, read), StatusOk);
+    pwdbfiletest::ExpectSameImage(image, read);
+}
+
+TEST_F(LazyReading, ALineCostsAtMost64Bytes) {
+    SaveLines("none.plw", 0);
+    SaveLines("many.plw", 10000);
+    const double perLine =
+        static_cast<double>(Read("many.plw").size() - Read("none.plw").size()) / 10000;
+    EXPECT_LE(perLine, 64.0);
+    EXPECT_GT(perLine, 48.0) << "two points take 48 bytes";
+}
+
+TEST_F(LazyReading, ReadingDecodesNothingUntilAnObjectIsNeeded) {
+    const auto lines = SaveLines("a.plw");
+    PwDbDatabase drawing(false, true);
+    ASSERT_EQ(drawing.readPlwFile(Path("a.plw").c_str(), PwDbDatabase::OpenModeAlternate),
+              StatusOk);
+    const size_t pending = pwdbPendingRecordCount(drawing);
+    EXPECT_GE(pending, static_cast<size_t>(kLines)) << "the lines wait in the file";
+    EXPECT_FALSE(drawing.getPwDbObjectId(lines[100]).isErased());
+    EXPECT_EQ(pwdbPendingRecordCount(drawing), pending) << "asking ids decodes nothing";
+    PwGePoint3d end;
+    ASSERT_EQ(OpenLine(drawing, lines[100], &end), StatusOk);
+    EXPECT_EQ(end, PwGePoint3d(100, 200, 0));
+    EXPECT_EQ(pwdbPendingRecordCount(drawing), pending - 1);
+    ASSERT_EQ(drawing.closeInput(true), StatusOk);
+    EXPECT_EQ(pwdbPendingRecordCount(drawing), 0u);
+    ASSERT_EQ(OpenLine(drawing, lines.back(), &end), StatusOk);
+    EXPECT_EQ(end, PwGePoint3d(kLines - 1, 2.0 * (kLines - 1), 0));
+}
+
+TEST_F(LazyReading, ALazyAndAWholeReadGiveTheSameDrawingAndTheSameSavedBytes) {
+    SaveLines("a.plw");
+    PwDbDatabase lazy(false, true);
+    PwDbDatabase whole(false, true);
+    ASSERT_EQ(lazy.readPlwFile(Path("a.plw").c_str(), PwDbDatabase::OpenModeShareRead), StatusOk);
+    ASSERT_EQ(whole.readPlwFile(Path("a.plw").c_str(), PwDbDatabase::OpenModeAlternate),
+              StatusOk);
+    ASSERT_EQ(whole.closeInput(true), StatusOk);
+    EXPECT_EQ(lazy.numObjects(), whole.numObjects());
+    // Saved lazily, the records go out as stored; saved whole, each is encoded again.
+    ASSERT_EQ(lazy.saveAs(Path("lazy.plw").c_str(), false, PwDb::PwDbPlwVersionCurrent), StatusOk);
+    EXPECT_GT(pwdbPendingRecordCount(lazy), 0u) << "saving decoded nothing";
+    ASSERT_EQ(whole.saveAs(Path("whole.plw").c_str(), false, PwDb::PwDbPlwVersionCurrent),
+              StatusOk);
+    EXPECT_EQ(Read("lazy.plw"), Read("whole.plw"));
+    EXPECT_EQ(Read("lazy.plw"), Read("a.plw")) << "an unchanged drawing saves to its own bytes";
+    PwDbDrawingImage a, b;
+    ASSERT_EQ(lazy.captureImage(a, PwDb::PwDbPlwVersionCurrent), StatusOk);
+    ASSERT_EQ(whole.captureImage(b, PwDb::PwDbPlwVersionCurrent), StatusOk);
+    pwdbfiletest::ExpectSameImage(b, a);
+}
+
+TEST_F(LazyReading, AChangedObjectIsSavedFromTheObjectAndTheRestFromTheFile) {
+    const auto lines = SaveLines("a.plw");
+    PwDbDatabase drawing(false, true);
+    ASSERT_EQ(drawing.readPlwFile(Path("a.plw").c_str(), PwDbDatabase::OpenModeAlternate),
+              StatusOk);
+    {
+        PwDbObjectPointer<PwDbLine> line(drawing.getPwDbObjectId(lines[7]), PwDb::OpenForWrite);
+        ASSERT_EQ(line.openStatus(), StatusOk);
+        ASSERT_EQ(line->setEndPoint({-1, -2, -3}), StatusOk);
+    }
+    ASSERT_EQ(drawing.saveAs(Path("b.plw").c_str(), false, PwDb::PwDbPlwVersionCurrent), StatusOk);
+    PwDbDatabase again(false, true);
+    ASSERT_EQ(again.readPlwFile(Path("b.plw").c_str(), PwDbDatabase::OpenModeAlternate), StatusOk);
+    PwGePoint3d end;
+    ASSERT_EQ(OpenLine(again, lines[7], &end), StatusOk);
+    EXPECT_EQ(end, PwGePoint3d(-1, -2, -3));
+    ASSERT_EQ(OpenLine(again, lines[8], &end), StatusOk);
+    EXPECT_EQ(end, PwGePoint3d(8, 16, 0));
+}
+
+TEST_F(LazyReading, ADamagedRecordIsFoundWhenItIsNeeded) {
+    const auto lines = SaveLines("a.plw");
+    const PwDbHandle damaged = lines[kLines / 2];
+    const auto [offset, length] = PageOf("a.plw", damaged);
+    std::string page = Read("a.plw").substr(offset, length);
+    page[length / 2] = static_cast<char>(page[length / 2] ^ 0x5A);
+    Overwrite("a.plw", offset, page);
+
+    PwDbDatabase drawing(false, true);
+    ASSERT_EQ(drawing.readPlwFile(Path("a.plw").c_str(), PwDbDatabase::OpenModeShareRead),
+              StatusOk)
+        << "the front is sound";
+    EXPECT_EQ(OpenLine(drawing, lines[0]), StatusOk);
+    EXPECT_EQ(OpenLine(drawing, damaged), Plotwright::StatusBadFileFormat);
+    EXPECT_EQ(OpenLine(drawing, damaged), Plotwright::StatusBadFileFormat) << "asked again";
+    EXPECT_EQ(OpenLine(drawing, lines.back()), StatusOk);
+    // A save can't copy what it can't read: it fails and the file it would replace stays.
+    Write("target.plw", "old bytes");
+    EXPECT_EQ(drawing.saveAs(Path("target.plw").c_str(), false, PwDb::PwDbPlwVersionCurrent),
+              Plotwright::StatusBadFileFormat);
+    EXPECT_EQ(Read("target.plw"), "old bytes");
+    // Letting the file go decodes the rest; the damaged record is lost and the call says so.
+    EXPECT_EQ(drawing.closeInput(true), Plotwright::StatusBadFileFormat);
+    EXPECT_FALSE(drawing.getPwDbObjectId(damaged).isValid());
+    EXPECT_EQ(OpenLine(drawing, lines.back()), StatusOk);
+}
+
+TEST_F(LazyReading, AFileTruncatedUnderAPartlyReadDrawingGivesStatuses) {
+    for (const auto mode : {PwDbDatabase::OpenModeAlternate, PwDbDatabase::OpenModeShareRead}) {
+        SCOPED_TRACE(mode);
+        const auto lines = SaveLines("a.plw");
+        PwDbDatabase drawing(false, true);
+        ASSERT_EQ(drawing.readPlwFile(Path("a.plw").c_str(), mode), StatusOk);
+        ASSERT_EQ(OpenLine(drawing, lines[0]), StatusOk);
+        const std::string path = folder + "/a.plw";
+        const off_t half = static_cast<off_t>(Read("a.plw").size() / 2);
+        ASSERT_EQ(InChildProcess([&] { return truncate(path.c_str(), half) == 0 ? 0 : 1; }), 0);
+        EXPECT_EQ(OpenLine(drawing, lines.back()), Plotwright::StatusBadFileFormat);
+        EXPECT_EQ(drawing.closeInput(true), Plotwright::StatusBadFileFormat);
+        EXPECT_EQ(OpenLine(drawing, lines[0]), StatusOk) << "what was decoded stays";
+    }
+}
+
+TEST_F(LazyReading, AFileOverwrittenInPlaceByAnotherProcessGivesStatusesNotWrongObjects) {
+    const auto lines = SaveLines("a.plw");
+    // Another drawing of the same layout and size, whose line i ends elsewhere.
+    {
+        auto drawing = PwDbAuthoring::createDrawing();
+        for (int i = 0; i < kLines; ++i) {
+            PwDbAuthoring::addLine(*drawing, drawing->modelSpaceId(), {0, 0, 0},
+                                   {double(i) + 0.5, 2.0 * i, 0});
+        }
+        ASSERT_EQ(drawing->saveAs(Path("other.plw").c_str(), false, PwDb::PwDbPlwVersionCurrent),
+                  StatusOk);
+    }
+    const std::string other = Read("other.plw");
+    ASSERT_EQ(other.size(), Read("a.plw").size());
+    PwDbDatabase drawing(false, true);
+    ASSERT_EQ(drawing.readPlwFile(Path("a.plw").c_str(), PwDbDatabase::OpenModeAlternate),
+              StatusOk);
+    ASSERT_EQ(OpenLine(drawing, lines[0]), StatusOk);
+    ASSERT_EQ(InChildProcess([&] {
+                  const int fd = open((folder + "/a.plw").c_str(), O_WRONLY);
+                  const bool whole = pwrite(fd, other.data(), other.size(), 0) ==
+                                     static_cast<ssize_t>(other.size());
+                  close(fd);
+                  return whole ? 0 : 1;
+              }),
+              0);
+    PwGePoint3d end;
+    const Plotwright::ErrorStatus status = OpenLine(drawing, lines.back(), &end);
+    EXPECT_EQ(status, Plotwright::StatusBadFileFormat)
+        << "read " << end.x << " where the drawing read held " << kLines - 1;
+}
+
+TEST_F(LazyReading, AFileReplacedUnderAPartlyReadDrawingGivesStatuses) {
+    const auto lines = SaveLines("a.plw");
+    SaveLines("b.plw");
+    PwDbDatabase drawing(false, true);
+    ASSERT_EQ(drawing.readPlwFile(Path("a.plw").c_str(), PwDbDatabase::OpenModeAlternate),
+              StatusOk);
+    ASSERT_EQ(std::rename((folder + "/b.plw").c_str(), (folder + "/a.plw").c_str()), 0);
+    EXPECT_EQ(OpenLine(drawing, lines.back()), Plotwright::StatusBadFileFormat);
+    ASSERT_EQ(std::remove((folder + "/a.plw").c_str()), 0);
+    EXPECT_EQ(OpenLine(drawing, lines[kLines / 2]), Plotwright::StatusBadFileFormat);
+}
+
+TEST_F(LazyReading, ASaveOverTheFileBeingReadKeepsEveryRecord) {
+    const auto lines = SaveLines("a.plw");
+    const std::string before = Read("a.plw");
+    PwDbDatabase drawing(false, true);
+    ASSERT_EQ(drawing.readPlwFile(Path("a.plw").c_str(), PwDbDatabase::OpenModeAlternate),
+              StatusOk);
+    ASSERT_EQ(drawing.saveAs(Path("a.plw").c_str(), true, PwDb::PwDbPlwVersionCurrent), StatusOk);
+    EXPECT_EQ(Read("a.plw"), before);
+    // The file read is gone (replaced); what the drawing still wanted of it was kept.
+    for (const PwDbHandle handle : {lines[0], lines[kLines / 2], lines.back()}) {
+        EXPECT_EQ(OpenLine(drawing, handle), StatusOk);
+    }
+    EXPECT_EQ(drawing.closeInput(true), StatusOk);
+}
+
+TEST_F(LazyReading, RecordsOfEveryKindDecodeAsTheyWereWritten) {
+    const auto sample = pwdbfiletest::MakeSampleDrawing();
+    for (int i = 0; i < kLines; ++i) {
+        PwDbAuthoring::addLine(*sample, sample->modelSpaceId(), {0, 0, 0}, {double(i), 1, 0});
+    }
+    ASSERT_EQ(sample->saveAs(Path("s.plw").c_str(), false, PwDb::PwDbPlwVersionCurrent), StatusOk);
+    PwDbDatabase drawing(false, true);
+    ASSERT_EQ(drawing.readPlwFile(Path("s.plw").c_str(), PwDbDatabase::OpenModeShareRead),
+              StatusOk);
+    PwDbDrawingImage expected, actual;
+    ASSERT_EQ(sample->captureImage(expected, PwDb::PwDbPlwVersionCurrent), StatusOk);
+    ASSERT_EQ(drawing.captureImage(actual, PwDb::PwDbPlwVersionCurrent), StatusOk);
+    pwdbfiletest::ExpectSameImage(expected, actual);
+}
+
+}  // namespace
