@@ -1,10 +1,12 @@
 // make_fuzz_seeds FOLDER: writes small drawings in both formats as the fuzzers' seed corpus.
 #include <cstdio>
+#include <fstream>
 #include <string>
 
 #include <lodeqdb/lodeutil/Utf.h>
 #include <lodeqdb/toolkit/db/PwDbAuthoring.h>
 #include "toolkit/file/PwDbDrawingImage.h"
+#include "toolkit/file/PwDbPlwCodec.h"
 #include <lodeqdb/toolkit/table/PwDbTableAuthoring.h>
 
 namespace {
@@ -57,6 +59,13 @@ int main(int argc, char** argv) {
         const auto v = static_cast<PwDb::PwDbPlwVersion>(version);
         written += drawing->saveAs(LodeUtil::Utf16FromUtf8(stem + ".plw").c_str(), false, v) == 0;
         written += drawing->plxOut(LodeUtil::Utf16FromUtf8(stem + ".plx").c_str(), 16, v) == 0;
+        // The same drawing in the older layout of whole records, which readers still take.
+        PwDbDrawingImage image;
+        std::string whole;
+        if (drawing->captureImage(image, v) == 0 && pwdbEncodePlw(image, whole) == 0) {
+            std::ofstream(stem + "-whole.plw", std::ios::binary) << whole;
+            ++written;
+        }
     }
     // Property set texts, as UTF-16 little-endian bytes.
     const wstring sets[] = {
