@@ -63,10 +63,11 @@ class LazyReading : public lodeqdbtest::TempFolderTest {
     // Where the record of `handle` lies in the file `name`: its page's first byte and length.
     std::pair<uint64_t, uint32_t> PageOf(const std::string& name, PwDbHandle handle) {
         const PwDbPlwIndexedFront front = Front(name);
-        for (size_t i = 0; i < front.handles.size(); ++i) {
-            if (front.handles[i] == handle) {
-                const PwDbPlwPage& page = front.pages[front.places[i].page];
-                return {page.offset, page.length};
+        for (size_t page = 0; page < front.pages.size(); ++page) {
+            PwDbPlwPageRecords records;
+            EXPECT_TRUE(pwdbPlwReadPageRecords(front, page, records));
+            for (const PwDbHandle held : records.handles) {
+                if (held == handle) return {front.pages[page].offset, front.pages[page].length};
             }
         }
         ADD_FAILURE() << "no record " << handle;

@@ -96,6 +96,7 @@ Plotwright::ErrorStatus PwDbBlockTableRecord::appendPwDbEntity(PwDbObjectId& id,
     const PwDbObjectId layer = entity->layerId();
     if (layer.isNull() || layer.database() != drawing) entity->setLayer(drawing->clayer());
     assertWriteEnabled();
+    entityIds();
     m_entities.push_back(entity->objectId());
     id = entity->objectId();
     return Plotwright::StatusOk;
@@ -108,7 +109,7 @@ Plotwright::ErrorStatus PwDbBlockTableRecord::appendPwDbEntity(PwDbEntity* entit
 
 Plotwright::ErrorStatus PwDbBlockTableRecord::newIterator(PwDbBlockTableRecordIterator*& iterator,
                                                           bool atBeginning, bool skipErased) const {
-    iterator = new PwDbBlockTableRecordIterator(m_entities);
+    iterator = new PwDbBlockTableRecordIterator(entityIds());
     iterator->start(atBeginning, skipErased);
     return Plotwright::StatusOk;
 }
@@ -150,8 +151,20 @@ Plotwright::ErrorStatus PwDbBlockTableRecord::plwInFields(PwDbPlwFiler* filer) {
     if (auto status = filer->readInt32(count)) return status;
     if (count < 0) return Plotwright::StatusFilerError;
     std::vector<PwDbObjectId> entities;
-    entities.reserve(std::min(static_cast<size_t>(count), kPwDbMaxReserveBeforeItems));
+    std::vector<PwDbHandle> handles;
+    const bool asHandles = filer->keepsIdsAsHandles();
+    if (asHandles) {
+        handles.reserve(std::min(static_cast<size_t>(count), kPwDbMaxReserveBeforeItems));
+    } else {
+        entities.reserve(std::min(static_cast<size_t>(count), kPwDbMaxReserveBeforeItems));
+    }
     for (int32_t i = 0; i < count; ++i) {
+        if (asHandles) {
+            PwDbHandle handle = 0;
+            if (auto status = filer->readHandle(handle)) return status;
+            if (handle != 0) handles.push_back(handle);
+            continue;
+        }
         PwDbObjectId id;
         if (auto status = filer->readObjectId(id)) return status;
         if (!id.isNull()) entities.push_back(id);
@@ -163,6 +176,8 @@ Plotwright::ErrorStatus PwDbBlockTableRecord::plwInFields(PwDbPlwFiler* filer) {
     bool unloaded = false;
     if (auto status = filer->readBool(unloaded)) return status;
     m_entities = std::move(entities);
+    m_entityHandles = std::move(handles);
+    m_entitiesAsHandles = asHandles;
     m_layout = layout;
     m_pathName = std::move(pathName);
     m_unloaded = unloaded;
@@ -171,10 +186,26 @@ Plotwright::ErrorStatus PwDbBlockTableRecord::plwInFields(PwDbPlwFiler* filer) {
     return Plotwright::StatusOk;
 }
 
+const std::vector<PwDbObjectId>& PwDbBlockTableRecord::entityIds() const {
+    if (m_entitiesAsHandles) {
+        // Read lazily, the record lives in the database it was read into.
+        PwDbDatabase* drawing = database();
+        m_entities.clear();
+        m_entities.reserve(m_entityHandles.size());
+        for (const PwDbHandle handle : m_entityHandles) {
+            m_entities.push_back(drawing ? drawing->getPwDbObjectId(handle, true) : PwDbObjectId());
+        }
+        m_entityHandles = {};
+        m_entitiesAsHandles = false;
+    }
+    return m_entities;
+}
+
 Plotwright::ErrorStatus PwDbBlockTableRecord::plwOutFields(PwDbPlwFiler* filer) const {
     if (auto status = PwDbSymbolTableRecord::plwOutFields(filer)) return status;
-    if (auto status = filer->writeInt32(static_cast<int32_t>(m_entities.size()))) return status;
-    for (const PwDbObjectId id : m_entities) {
+    const std::vector<PwDbObjectId>& entities = entityIds();
+    if (auto status = filer->writeInt32(static_cast<int32_t>(entities.size()))) return status;
+    for (const PwDbObjectId id : entities) {
         if (auto status = filer->writeObjectId(id)) return status;
     }
     if (auto status = filer->writeObjectId(m_layout)) return status;

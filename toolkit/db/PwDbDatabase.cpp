@@ -19,7 +19,7 @@ struct PwDbDatabase::LayerUsage {
 };
 
 PwDbDatabase::PwDbDatabase(bool makeWorkingDatabase, bool noDocument)
-    : m_records(std::make_unique<Records>()),
+    : m_records(std::make_unique<Records>(this)),
       m_noDocument(noDocument),
       m_transactions(std::make_unique<PwDbTransactionManager>(this)) {
     buildDefaultDrawing();
@@ -30,7 +30,7 @@ PwDbDatabase::PwDbDatabase(bool makeWorkingDatabase, bool noDocument)
 }
 
 PwDbDatabase::PwDbDatabase(EmptyTag)
-    : m_records(std::make_unique<Records>()),
+    : m_records(std::make_unique<Records>(this)),
       m_transactions(std::make_unique<PwDbTransactionManager>(this)) {}
 
 namespace {
@@ -57,12 +57,10 @@ PwDbDatabase::~PwDbDatabase() {
     if (services != nullptr && services->workingDatabase() == this) {
         services->setWorkingDatabase(nullptr);
     }
-    for (auto* list : {&m_records->fileStubs}) {
-        for (PwDbStub& stub : *list) {
-            delete stub.object;
-            stub.object = nullptr;
-        }
-    }
+    m_records->forEachFileStub([](PwDbStub& stub) {
+        delete stub.object;
+        stub.object = nullptr;
+    });
     for (PwDbStub& stub : m_records->stubs) {
         delete stub.object;
         stub.object = nullptr;
@@ -255,9 +253,11 @@ void PwDbDatabase::swapContents(PwDbDatabase& other) {
         takeExtensionSlot(*slot).swap(other.takeExtensionSlot(*slot));
     }
     // The records move as a whole, so ids stay valid; only the records' owner changes.
-    for (PwDbStub& stub : m_records->fileStubs) stub.database = this;
+    m_records->owner = this;
+    other.m_records->owner = &other;
+    m_records->forEachFileStub([this](PwDbStub& stub) { stub.database = this; });
     for (PwDbStub& stub : m_records->stubs) stub.database = this;
-    for (PwDbStub& stub : other.m_records->fileStubs) stub.database = &other;
+    other.m_records->forEachFileStub([&other](PwDbStub& stub) { stub.database = &other; });
     for (PwDbStub& stub : other.m_records->stubs) stub.database = &other;
     m_layerUsage.reset();
     other.m_layerUsage.reset();
@@ -289,7 +289,7 @@ void pwdbForEachStub(const PwDbDatabase& database,
                      const std::function<void(const PwDbStub&)>& visit) {
     // A record that doesn't decode is visited without its object, as one named but not read.
     (void)database.decodeAllPending();
-    for (const PwDbStub& stub : database.m_records->fileStubs) visit(stub);
+    database.m_records->forEachFileStub([&visit](const PwDbStub& stub) { visit(stub); });
     for (const PwDbStub& stub : database.m_records->stubs) visit(stub);
 }
 
@@ -298,23 +298,59 @@ void pwdbForEachStub(const PwDbDatabase& database,
 PwDbRecordSource::~PwDbRecordSource() = default;
 
 PwDbStub* PwDbDatabase::Records::findFileStub(PwDbHandle handle) {
-    if (fileStubs.empty()) return nullptr;
-    // Handles of a file are mostly dense from its first one: try that place before bisecting.
-    const PwDbHandle first = fileStubs.front().handle;
-    if (handle >= first && handle - first < fileStubs.size() &&
-        fileStubs[handle - first].handle == handle) {
-        return &fileStubs[handle - first];
+    if (filePages.empty() || handle < filePages.front().firstHandle) return nullptr;
+    // The last page whose first handle isn't past `handle`.
+    const auto after = std::upper_bound(
+        filePages.begin(), filePages.end(), handle,
+        [](PwDbHandle wanted, const PwDbFilePage& page) { return wanted < page.firstHandle; });
+    const size_t index = static_cast<size_t>(after - filePages.begin()) - 1;
+    if (!makePage(index)) return nullptr;
+    PwDbFilePage& page = filePages[index];
+    // Handles in a page are mostly dense from its first one: try that place before bisecting.
+    const PwDbHandle offset = handle - page.firstHandle;
+    if (offset < page.count && page.stubs[offset].handle == handle) return &page.stubs[offset];
+    PwDbStub* begin = page.stubs.get();
+    PwDbStub* end = begin + page.count;
+    PwDbStub* at = std::lower_bound(
+        begin, end, handle, [](const PwDbStub& stub, PwDbHandle wanted) { return stub.handle < wanted; });
+    return at != end && at->handle == handle ? at : nullptr;
+}
+
+bool PwDbDatabase::Records::makePage(size_t index) {
+    PwDbFilePage& page = filePages[index];
+    if (page.stubs) return true;
+    if (brokenIndex && page.count == 0) return false;
+    std::vector<PwDbHandle> handles;
+    std::vector<uint8_t> erased;
+    if (!source->pageRecords(index, handles, erased)) {
+        // The page's records can't be known: they are missing, and the drawing says so when
+        // it is let go.
+        brokenIndex = true;
+        pendingCount -= page.count;
+        page.count = 0;
+        return false;
     }
-    const auto at = std::lower_bound(
-        fileStubs.begin(), fileStubs.end(), handle,
-        [](const PwDbStub& stub, PwDbHandle wanted) { return stub.handle < wanted; });
-    return at != fileStubs.end() && at->handle == handle ? &*at : nullptr;
+    page.stubs = std::make_unique<PwDbStub[]>(page.count);
+    for (uint32_t i = 0; i < page.count; ++i) {
+        PwDbStub& stub = page.stubs[i];
+        stub.database = owner;
+        stub.handle = handles[i];
+        stub.filePage = static_cast<uint32_t>(index);
+        stub.pending = true;
+        stub.storedErased = erased[i] != 0;
+    }
+    return true;
+}
+
+void PwDbDatabase::Records::makeAllPages() {
+    for (size_t page = 0; page < filePages.size(); ++page) makePage(page);
 }
 
 PwDbObject* PwDbDatabase::decodePending(PwDbStub& stub, Plotwright::ErrorStatus* why) {
-    const size_t index = static_cast<size_t>(&stub - m_records->fileStubs.data());
+    const PwDbFilePage& page = m_records->filePages[stub.filePage];
     PwDbObject* made = nullptr;
-    const Plotwright::ErrorStatus status = m_records->source->decode(*this, index, made);
+    const Plotwright::ErrorStatus status = m_records->source->decode(
+        *this, stub.filePage, static_cast<size_t>(&stub - page.stubs.get()), made);
     if (status != Plotwright::StatusOk) {
         if (why != nullptr) *why = status;
         return nullptr;
@@ -338,14 +374,17 @@ PwDbObject* PwDbDatabase::decodePending(PwDbStub& stub, Plotwright::ErrorStatus*
 Plotwright::ErrorStatus PwDbDatabase::decodeAllPending() const {
     auto& self = const_cast<PwDbDatabase&>(*this);
     Plotwright::ErrorStatus first = Plotwright::StatusOk;
+    if (m_records->brokenIndex) first = Plotwright::StatusBadFileFormat;
     if (m_records->pendingCount == 0) return first;
-    for (PwDbStub& stub : self.m_records->fileStubs) {
-        if (!stub.pending) continue;
+    self.m_records->makeAllPages();
+    if (m_records->brokenIndex) first = Plotwright::StatusBadFileFormat;
+    self.m_records->forEachFileStub([&self, &first](PwDbStub& stub) {
+        if (!stub.pending) return;
         Plotwright::ErrorStatus why = Plotwright::StatusOk;
         if (self.decodePending(stub, &why) == nullptr && first == Plotwright::StatusOk) {
             first = why;
         }
-    }
+    });
     return first;
 }
 
@@ -361,6 +400,7 @@ PwDbObject* pwdbStubObject(const PwDbStub& stub, Plotwright::ErrorStatus* why) {
 bool pwdbStubMayBe(const PwDbStub& stub, const PwRxClass* cls) {
     if (!stub.pending) return stub.object != nullptr && stub.object->isKindOf(cls);
     const auto& records = *stub.database->m_records;
-    const size_t index = static_cast<size_t>(&stub - records.fileStubs.data());
-    return records.source->namesClass(index, cls->name());
+    const PwDbFilePage& page = records.filePages[stub.filePage];
+    return records.source->namesClass(stub.filePage, static_cast<size_t>(&stub - page.stubs.get()),
+                                      cls->name());
 }

@@ -122,7 +122,14 @@ void PwDbDatabase::ensureTextStyleTable() {
             m_textStyleTable = PwDbObjectId(&stub);
         }
     };
-    for (PwDbStub& stub : m_records->fileStubs) consider(stub);
+    // Of the file's records, the source names the few whose class is the table's.
+    if (m_records->source) {
+        std::vector<PwDbHandle> handles;
+        m_records->source->handlesNaming(PwDbTextStyleTable::desc()->name(), handles);
+        for (const PwDbHandle handle : handles) {
+            if (PwDbStub* stub = m_records->findFileStub(handle)) consider(*stub);
+        }
+    }
     for (PwDbStub& stub : m_records->stubs) consider(stub);
     if (!m_textStyleTable.isNull()) return;
     auto* styles = new PwDbTextStyleTable;

@@ -9,6 +9,11 @@
 
 PwDbPlwFiler::~PwDbPlwFiler() = default;
 
+Plotwright::ErrorStatus PwDbPlwFiler::readHandle(PwDbHandle& handle) {
+    handle = 0;
+    return Plotwright::StatusNotApplicable;
+}
+
 Plotwright::ErrorStatus PwDbPlwFiler::readString(wstring& text) {
     char16_t* buffer = nullptr;
     if (auto status = readString(buffer)) return status;

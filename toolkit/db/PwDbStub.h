@@ -19,6 +19,8 @@ struct PwDbStub {
     /// before the object itself is read, and while the record is pending. Read it through
     /// pwdbStubObject, which decodes a pending record first.
     PwDbObject* object = nullptr;
+    /// For a record of the file read lazily, its page there (Records::filePages).
+    uint32_t filePage = 0;
     /// The record is in the file the database reads and hasn't been decoded yet.
     bool pending = false;
     /// The erased flag the file holds for a pending record.
@@ -34,19 +36,31 @@ struct PwDbStub {
 #include <lodeqdb/toolkit/db/PwDbDatabase.h>
 
 /// Where the records of a drawing read lazily come from: the file layer implements it over
-/// the file being read. The database asks it for one record when the record is first needed
-/// and for all of them when the file is let go.
+/// the file being read. The file's records lie in pages; the database asks for a page's
+/// handles when one of them is first looked up, for one record when it is first needed, and
+/// for all of them when the file is let go. `slot` is a record's place among its page's.
 class PwDbRecordSource {
   public:
     virtual ~PwDbRecordSource();
-    /// Decodes the record at `index` among the file's records (the index of its stub in
-    /// Records::fileStubs) into a new object, in no database yet, whose ids are ids of
+    /// The number of pages, and of records in all of them.
+    virtual size_t pageCount() const = 0;
+    virtual size_t recordCount() const = 0;
+    /// The first handle of page `page` and its number of records.
+    virtual PwDbHandle pageFirstHandle(size_t page) const = 0;
+    virtual uint32_t pageRecordCount(size_t page) const = 0;
+    /// The handles and erased flags of the records of page `page`; false when the index
+    /// doesn't describe them soundly.
+    virtual bool pageRecords(size_t page, std::vector<PwDbHandle>& handles,
+                             std::vector<uint8_t>& erased) = 0;
+    /// Decodes a record into a new object, in no database yet, whose ids are ids of
     /// `database`. StatusBadFileFormat when the record fails its check, doesn't decode, or
     /// the file is no longer the one that was read.
-    virtual Plotwright::ErrorStatus decode(PwDbDatabase& database, size_t index,
+    virtual Plotwright::ErrorStatus decode(PwDbDatabase& database, size_t page, size_t slot,
                                            PwDbObject*& object) = 0;
-    /// Whether the class chain of the record at `index` names the class `className`.
-    virtual bool namesClass(size_t index, const char16_t* className) const = 0;
+    /// Whether the class chain of a record names the class `className`.
+    virtual bool namesClass(size_t page, size_t slot, const char16_t* className) = 0;
+    /// The handles of every record whose class chain names `className`, in rising order.
+    virtual void handlesNaming(const char16_t* className, std::vector<PwDbHandle>& handles) = 0;
     /// The file read, for a save over it that must first take everything still pending.
     virtual const wstring& path() const = 0;
     /// Reads into memory every record still wanted, so that nothing is read from the file
@@ -54,18 +68,45 @@ class PwDbRecordSource {
     virtual Plotwright::ErrorStatus keepEverything() = 0;
 };
 
-/// A database's records. Those of the file read lazily sit in `fileStubs`, in handle order
-/// and made once, so that a handle is found by bisection and an id (a pointer to its record)
-/// stays valid; every record made later sits in the deque, found through `byHandle`.
+/// The records of one page of the file read lazily, made when one of them is first looked
+/// up: an array made once, so that an id (a pointer to its record) stays valid.
+struct PwDbFilePage {
+    PwDbHandle firstHandle = 0;
+    uint32_t count = 0;
+    std::unique_ptr<PwDbStub[]> stubs;
+};
+
+/// A database's records. Those of the file read lazily sit in `filePages`, in handle order;
+/// every record made later sits in the deque, found through `byHandle`.
 struct PwDbDatabase::Records {
-    std::vector<PwDbStub> fileStubs;
+    explicit Records(PwDbDatabase* database) : owner(database) {}
+
+    /// The database whose records these are; changes only when contents are swapped.
+    PwDbDatabase* owner = nullptr;
+    std::vector<PwDbFilePage> filePages;
     std::unique_ptr<PwDbRecordSource> source;
+    /// Records of the file not decoded yet, whether their page's records are made or not.
     size_t pendingCount = 0;
+    /// A page's part of the index didn't read: its records are missing from the drawing.
+    bool brokenIndex = false;
     std::deque<PwDbStub> stubs;
     std::unordered_map<PwDbHandle, PwDbStub*> byHandle;
 
-    /// The record of `handle` among fileStubs; null when there is none.
+    /// The record of `handle` among the file's, its page's records made when needed; null
+    /// when there is none.
     PwDbStub* findFileStub(PwDbHandle handle);
+    /// Makes the records of page `page` when they aren't yet; false when its index is broken.
+    bool makePage(size_t page);
+    /// Makes the records of every page.
+    void makeAllPages();
+    /// Visits the file's records made so far, in handle order.
+    template <class Visit>
+    void forEachFileStub(Visit visit) {
+        for (PwDbFilePage& page : filePages) {
+            if (!page.stubs) continue;
+            for (uint32_t i = 0; i < page.count; ++i) visit(page.stubs[i]);
+        }
+    }
 };
 
 /// The object of `stub`, decoding a pending record first; null when there is none, or when

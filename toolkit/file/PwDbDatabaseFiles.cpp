@@ -92,14 +92,14 @@ ErrorStatus PwDbDatabase::captureImage(PwDbDrawingImage& image, int32_t version)
     PwDbDrawingImage made;
     captureHead(made, version);
     made.objects.reserve(m_objectCount);
-    for (const auto* list : {&m_records->fileStubs}) {
-        for (const PwDbStub& stub : *list) {
-            if (stub.object == nullptr) continue;
-            PwDbObjectRecord record;
-            if (auto status = pwdbRecordObject(*stub.object, record)) return status;
-            made.objects.push_back(std::move(record));
-        }
-    }
+    ErrorStatus recorded = StatusOk;
+    m_records->forEachFileStub([&made, &recorded](const PwDbStub& stub) {
+        if (stub.object == nullptr || recorded != StatusOk) return;
+        PwDbObjectRecord record;
+        recorded = pwdbRecordObject(*stub.object, record);
+        made.objects.push_back(std::move(record));
+    });
+    if (recorded != StatusOk) return recorded;
     for (const PwDbStub& stub : m_records->stubs) {
         if (stub.object == nullptr) continue;
         PwDbObjectRecord record;
@@ -116,11 +116,16 @@ ErrorStatus PwDbDatabase::captureImage(PwDbDrawingImage& image, int32_t version)
 }
 
 ErrorStatus PwDbDatabase::encodeIndexed(int32_t version, std::string& bytes) const {
+    // Every record of the file goes out, decoded or not; a page whose records can't be known
+    // can't be saved.
+    m_records->makeAllPages();
+    if (m_records->brokenIndex) return Plotwright::StatusBadFileFormat;
     std::vector<const PwDbStub*> order;
-    order.reserve(m_records->fileStubs.size() + m_records->stubs.size());
-    for (const PwDbStub& stub : m_records->fileStubs) {
+    order.reserve(m_records->source ? m_records->source->recordCount() + m_records->stubs.size()
+                                    : m_records->stubs.size());
+    m_records->forEachFileStub([&order](const PwDbStub& stub) {
         if (stub.object != nullptr || stub.pending) order.push_back(&stub);
-    }
+    });
     for (const PwDbStub& stub : m_records->stubs) {
         if (stub.object != nullptr) order.push_back(&stub);
     }
@@ -144,9 +149,10 @@ ErrorStatus PwDbDatabase::encodeIndexed(int32_t version, std::string& bytes) con
         bool erased = false;
         if (stub->pending) {
             // Never decoded, so never changed: its stored bytes are written again as they are.
-            if (auto status = source->stored(
-                    static_cast<size_t>(stub - m_records->fileStubs.data()), storedChain, tags,
-                    values)) {
+            const PwDbFilePage& page = m_records->filePages[stub->filePage];
+            if (auto status = source->stored(stub->filePage,
+                                             static_cast<size_t>(stub - page.stubs.get()),
+                                             storedChain, tags, values)) {
                 return status;
             }
             classKey = storedChain;
@@ -326,21 +332,14 @@ ErrorStatus PwDbDatabase::readIndexed(const char16_t* path, IndexedRead& read) {
     }
     PwDbDatabase scratch{EmptyTag{}};
     Records& records = *scratch.m_records;
-    const size_t count = front.handles.size();
-    records.fileStubs.resize(count);
-    for (size_t i = 0; i < count; ++i) {
-        PwDbStub& stub = records.fileStubs[i];
-        stub.database = &scratch;
-        stub.handle = front.handles[i];
-        stub.pending = true;
-        stub.storedErased = front.erased[i] != 0;
+    records.filePages.resize(front.pages.size());
+    for (size_t page = 0; page < front.pages.size(); ++page) {
+        records.filePages[page].firstHandle = front.pages[page].firstHandle;
+        records.filePages[page].count = front.pages[page].records;
     }
-    records.pendingCount = count;
-    scratch.m_objectCount = count;
-    scratch.m_nextHandle = count > 0 ? front.handles.back() + 1 : 1;
+    records.pendingCount = static_cast<size_t>(front.records);
+    scratch.m_objectCount = static_cast<size_t>(front.records);
     PwDbDrawingImage head = std::move(front.head);
-    front.handles = {};
-    front.erased = {};
     if (bytes.size() == size) {
         // A file read whole is checked whole, as a file of whole records is.
         if (!pwdbPlwIndexedRecordsSound(bytes, extent.end, front)) {
@@ -351,6 +350,11 @@ ErrorStatus PwDbDatabase::readIndexed(const char16_t* path, IndexedRead& read) {
     } else {
         records.source = std::make_unique<PwDbPlwLazyRecords>(
             std::move(front), read.holds ? read.file : FileIO::File(), path, read.identity);
+    }
+    // New objects get handles past every record of the file, whatever the handseed says.
+    if (!records.filePages.empty() && records.makePage(records.filePages.size() - 1)) {
+        const PwDbFilePage& last = records.filePages.back();
+        scratch.m_nextHandle = last.stubs[last.count - 1].handle + 1;
     }
     if (auto status = takeLoaded(scratch, head)) return status;
     noteRead(head, path, head.version);
@@ -428,7 +432,7 @@ ErrorStatus PwDbDatabase::closeInput(bool /*closeFile*/) {
     // Everything still in the file is decoded; a record that doesn't decode is lost to the
     // drawing (its id names no object from now on) and the call says so.
     const ErrorStatus status = decodeAllPending();
-    for (PwDbStub& stub : m_records->fileStubs) stub.pending = false;
+    m_records->forEachFileStub([](PwDbStub& stub) { stub.pending = false; });
     m_records->pendingCount = 0;
     m_records->source.reset();
     if (auto* state = pwdbFindExtension<PwDbDatabaseFileState>(*this)) state->input.reset();

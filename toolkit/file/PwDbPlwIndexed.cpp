@@ -94,54 +94,88 @@ bool ReadClasses(std::string_view payload, PwDbPlwIndexedFront& front) {
 
 bool ReadIndex(std::string_view payload, PwDbPlwIndexedFront& front) {
     PwDbPlwReader in(payload);
-    uint64_t records = 0;
+    uint64_t classes = 0;
     uint64_t pages = 0;
-    // A record takes at least 3 bytes of the index, a page 2.
-    if (!in.varint(records) || records > in.left() / 3 || !in.varint(pages) ||
-        pages > in.left() / 2) {
+    // A record takes at least 3 bytes of the index, a page 4, a class's count 1.
+    if (!in.varint(front.records) || front.records > in.left() / 3 || !in.varint(classes) ||
+        classes != front.classes.size()) {
         return false;
     }
-    std::vector<uint64_t> recordsInPage(static_cast<size_t>(pages));
-    front.pages.resize(static_cast<size_t>(pages));
+    front.classRecords.resize(static_cast<size_t>(classes));
     uint64_t counted = 0;
-    for (size_t page = 0; page < front.pages.size(); ++page) {
+    for (uint64_t& count : front.classRecords) {
+        if (!in.varint(count) || count > front.records - counted) return false;
+        counted += count;
+    }
+    if (counted != front.records || !in.varint(pages) || pages > in.left() / 4) return false;
+    front.pages.resize(static_cast<size_t>(pages));
+    counted = 0;
+    PwDbHandle first = 0;
+    uint64_t previousRecords = 0;
+    size_t runs = 0;
+    for (PwDbPlwPage& page : front.pages) {
+        uint64_t records = 0;
         uint64_t length = 0;
-        if (!in.varint(recordsInPage[page]) || recordsInPage[page] == 0 ||
-            recordsInPage[page] > records - counted || !in.varint(length) || length > kMost32) {
+        uint64_t step = 0;
+        uint64_t runLength = 0;
+        // A page's first handle stands past every handle of the page before.
+        if (!in.varint(records) || records == 0 || records > front.records - counted ||
+            !in.varint(length) || length > kMost32 || !in.varint(step) || step == 0 ||
+            step < previousRecords || step > std::numeric_limits<PwDbHandle>::max() - first ||
+            !in.varint(runLength) || runLength < 3 * records || runLength > in.left()) {
             return false;
         }
-        counted += recordsInPage[page];
-        front.pages[page].length = static_cast<uint32_t>(length);
+        counted += records;
+        first += step;
+        previousRecords = records;
+        page.length = static_cast<uint32_t>(length);
+        page.records = static_cast<uint32_t>(records);
+        page.firstHandle = first;
+        page.runOffset = runs;
+        page.runLength = static_cast<size_t>(runLength);
+        runs += page.runLength;
     }
-    if (counted != records || records > in.left() / 3) return false;
-    front.handles.resize(static_cast<size_t>(records));
-    front.erased.resize(static_cast<size_t>(records));
-    front.places.resize(static_cast<size_t>(records));
-    PwDbHandle handle = 0;
-    size_t record = 0;
-    for (size_t page = 0; page < front.pages.size(); ++page) {
-        uint64_t offset = 0;
-        for (uint64_t i = 0; i < recordsInPage[page]; ++i, ++record) {
-            uint64_t delta = 0;
-            uint64_t shapeAndErased = 0;
-            uint64_t length = 0;
-            if (!in.varint(delta) || delta == 0 || delta > std::numeric_limits<PwDbHandle>::max() - handle ||
-                !in.varint(shapeAndErased) || (shapeAndErased >> 1) >= front.shapes.size() ||
-                !in.varint(length) || length > front.pages[page].length - offset) {
-                return false;
-            }
-            handle += delta;
-            front.handles[record] = handle;
-            front.erased[record] = static_cast<uint8_t>(shapeAndErased & 1);
-            front.places[record] = {static_cast<uint32_t>(page), static_cast<uint32_t>(offset),
-                                    static_cast<uint32_t>(length),
-                                    static_cast<uint32_t>(shapeAndErased >> 1)};
-            offset += length;
-        }
-        if (offset != front.pages[page].length) return false;
-    }
-    return in.left() == 0;
+    if (counted != front.records || runs != in.left()) return false;
+    std::string_view rest;
+    in.view(in.left(), rest);
+    front.runs.assign(rest);
+    return true;
 }
+
+}  // namespace
+
+bool pwdbPlwReadPageRecords(const PwDbPlwIndexedFront& front, size_t page,
+                            PwDbPlwPageRecords& records) {
+    const PwDbPlwPage& described = front.pages[page];
+    const PwDbHandle limit = page + 1 < front.pages.size()
+                                 ? front.pages[page + 1].firstHandle
+                                 : std::numeric_limits<PwDbHandle>::max();
+    PwDbPlwReader in(std::string_view(front.runs).substr(described.runOffset, described.runLength));
+    records.handles.resize(described.records);
+    records.erased.resize(described.records);
+    records.places.resize(described.records);
+    PwDbHandle handle = described.firstHandle;
+    uint64_t offset = 0;
+    for (uint32_t i = 0; i < described.records; ++i) {
+        uint64_t step = 0;
+        uint64_t shapeAndErased = 0;
+        uint64_t length = 0;
+        if (!in.varint(step) || (i == 0) != (step == 0) || step >= limit - handle ||
+            !in.varint(shapeAndErased) || (shapeAndErased >> 1) >= front.shapes.size() ||
+            !in.varint(length) || length > described.length - offset) {
+            return false;
+        }
+        handle += step;
+        records.handles[i] = handle;
+        records.erased[i] = static_cast<uint8_t>(shapeAndErased & 1);
+        records.places[i] = {static_cast<uint32_t>(offset), static_cast<uint32_t>(length),
+                             static_cast<uint32_t>(shapeAndErased >> 1)};
+        offset += length;
+    }
+    return offset == described.length && in.left() == 0;
+}
+
+namespace {
 
 // The sections before the records' pages, in their order; the preview may be missing.
 bool FollowsInFront(uint32_t previous, uint32_t tag) {
@@ -282,18 +316,23 @@ ErrorStatus pwdbPlwDecodeIndexed(std::string_view file, PwDbDrawingImage& image)
     }
     if (!pwdbPlwIndexedRecordsSound(file, extent.end, front)) return Plotwright::StatusBadFileFormat;
     image = std::move(front.head);
-    image.objects.resize(front.places.size());
-    for (size_t i = 0; i < front.places.size(); ++i) {
-        const PwDbPlwRecordPlace& place = front.places[i];
-        const PwDbPlwShape& shape = front.shapes[place.shape];
-        PwDbObjectRecord& record = image.objects[i];
-        record.classChain = front.classes[shape.classIndex];
-        record.handle = front.handles[i];
-        record.erased = front.erased[i] != 0;
-        const std::string_view values =
-            file.substr(front.pages[place.page].offset + place.offset, place.length);
-        if (!pwdbPlwUnpackItems(shape.tags, values, record.data)) {
-            return Plotwright::StatusBadFileFormat;
+    image.objects.resize(static_cast<size_t>(front.records));
+    PwDbPlwPageRecords records;
+    size_t next = 0;
+    for (size_t page = 0; page < front.pages.size(); ++page) {
+        if (!pwdbPlwReadPageRecords(front, page, records)) return Plotwright::StatusBadFileFormat;
+        for (size_t i = 0; i < records.handles.size(); ++i) {
+            const PwDbPlwRecordPlace& place = records.places[i];
+            const PwDbPlwShape& shape = front.shapes[place.shape];
+            PwDbObjectRecord& record = image.objects[next++];
+            record.classChain = front.classes[shape.classIndex];
+            record.handle = records.handles[i];
+            record.erased = records.erased[i] != 0;
+            const std::string_view values =
+                file.substr(front.pages[page].offset + place.offset, place.length);
+            if (!pwdbPlwUnpackItems(shape.tags, values, record.data)) {
+                return Plotwright::StatusBadFileFormat;
+            }
         }
     }
     return Plotwright::StatusOk;
@@ -309,7 +348,10 @@ uint32_t PwDbPlwIndexedWriter::classFor(const std::vector<wstring>& chain) {
     }
     const auto [at, added] =
         m_classByKey.try_emplace(ClassKey(chain), static_cast<uint32_t>(m_classes.size()));
-    if (added) m_classes.push_back(chain);
+    if (added) {
+        m_classes.push_back(chain);
+        m_classRecords.push_back(0);
+    }
     return at->second;
 }
 
@@ -324,12 +366,16 @@ uint32_t PwDbPlwIndexedWriter::shapeFor(uint32_t classIndex, std::string_view ta
 
 bool PwDbPlwIndexedWriter::add(PwDbHandle handle, bool erased, uint32_t shape,
                                std::string_view values) {
-    if (handle <= m_lastHandle || values.size() > kMost32) return false;
-    PwDbPlwWriter index(m_recordIndex);
-    index.varint(handle - m_lastHandle);
-    index.varint((uint64_t{shape} << 1) | (erased ? 1 : 0));
-    index.varint(values.size());
+    if (handle <= m_lastHandle || values.size() > kMost32 || shape >= m_shapes.size()) {
+        return false;
+    }
+    if (m_pageRecords == 0) m_pageFirstHandle = handle;
+    PwDbPlwWriter runs(m_runs);
+    runs.varint(m_pageRecords == 0 ? 0 : handle - m_lastHandle);
+    runs.varint((uint64_t{shape} << 1) | (erased ? 1 : 0));
+    runs.varint(values.size());
     m_lastHandle = handle;
+    ++m_classRecords[m_shapes[shape].classIndex];
     m_pages.append(values);
     ++m_recordCount;
     ++m_pageRecords;
@@ -345,6 +391,10 @@ void PwDbPlwIndexedWriter::closePage() {
     PwDbPlwWriter table(m_pageTable);
     table.varint(m_pageRecords);
     table.varint(length);
+    table.varint(m_pageFirstHandle - m_previousPageFirst);
+    table.varint(m_runs.size() - m_runStart);
+    m_previousPageFirst = m_pageFirstHandle;
+    m_runStart = m_runs.size();
     ++m_pageCount;
     m_pageRecords = 0;
     m_pageStart = m_pages.size();
@@ -359,7 +409,7 @@ ErrorStatus PwDbPlwIndexedWriter::finish(const PwDbDrawingImage& head, std::stri
     // A page longer than 4 GiB can't be described; only one huge record makes one.
     if (m_pages.size() - m_pageStart > kMost32) return Plotwright::StatusInvalidInput;
     std::string file(kPwDbPlwHeaderSize, '\0');
-    file.reserve(kPwDbPlwHeaderSize + 4096 + m_recordIndex.size() + m_pages.size());
+    file.reserve(kPwDbPlwHeaderSize + 4096 + m_runs.size() + m_pages.size());
     PwDbPlwWriter out(file);
     if (!pwdbPlwWriteAppInfo(out, head.appInfo)) return Plotwright::StatusInvalidInput;
     const size_t sectionsOffset = out.size();
@@ -369,9 +419,11 @@ ErrorStatus PwDbPlwIndexedWriter::finish(const PwDbDrawingImage& head, std::stri
     pwdbPlwEndSection(out, start);
     start = pwdbPlwBeginSection(out, kPwDbPlwIndexTag);
     out.varint(m_recordCount);
+    out.varint(m_classRecords.size());
+    for (const uint64_t count : m_classRecords) out.varint(count);
     out.varint(m_pageCount);
     out.raw(m_pageTable);
-    out.raw(m_recordIndex);
+    out.raw(m_runs);
     pwdbPlwEndSection(out, start);
     if (head.preview && !pwdbPlwWritePreview(out, *head.preview)) {
         return Plotwright::StatusInvalidInput;

@@ -30,19 +30,30 @@ struct PwDbPlwShape {
     std::string tags;
 };
 
-/// Where a record lies: its page, its offset in that page, its length; and its shape.
+/// Where a record lies: its offset in its page, its length; and its shape.
 struct PwDbPlwRecordPlace {
-    uint32_t page = 0;
     uint32_t offset = 0;
     uint32_t length = 0;
     uint32_t shape = 0;
 };
 
-/// A page of records: where its first byte is in the file and how long it is; its CRC-32
-/// follows it.
+/// A page of records: where its first byte is in the file and how long it is (its CRC-32
+/// follows it), how many records it holds and the handle of the first, and where its records'
+/// part of the index lies in PwDbPlwIndexedFront::runs.
 struct PwDbPlwPage {
     uint64_t offset = 0;
     uint32_t length = 0;
+    uint32_t records = 0;
+    PwDbHandle firstHandle = 0;
+    size_t runOffset = 0;
+    size_t runLength = 0;
+};
+
+/// The records of one page as the index describes them, in rising handle order.
+struct PwDbPlwPageRecords {
+    std::vector<PwDbHandle> handles;
+    std::vector<uint8_t> erased;
+    std::vector<PwDbPlwRecordPlace> places;
 };
 
 /// Everything an indexed file holds before its records.
@@ -51,12 +62,20 @@ struct PwDbPlwIndexedFront {
     PwDbDrawingImage head;
     std::vector<std::vector<wstring>> classes;
     std::vector<PwDbPlwShape> shapes;
-    /// Per record, in rising handle order.
-    std::vector<PwDbHandle> handles;
-    std::vector<uint8_t> erased;
-    std::vector<PwDbPlwRecordPlace> places;
+    /// The number of records of each class.
+    std::vector<uint64_t> classRecords;
+    uint64_t records = 0;
     std::vector<PwDbPlwPage> pages;
+    /// The index's part per record, page after page; read a page at a time by
+    /// pwdbPlwReadPageRecords.
+    std::string runs;
 };
+
+/// The records of page `page` of `front`, from its part of the index; false when that part
+/// isn't sound (handles not rising within the page or reaching the next page's first, a shape
+/// the file doesn't have, lengths that don't fill the page).
+bool pwdbPlwReadPageRecords(const PwDbPlwIndexedFront& front, size_t page,
+                            PwDbPlwPageRecords& records);
 
 /// How far the front of an indexed file runs, judged from its first bytes `prefix` (of a file
 /// of `fileSize` bytes). Unsound: not an indexed file. Otherwise `end` is the offset where the
@@ -71,8 +90,9 @@ PwDbPlwFrontExtent pwdbPlwIndexedFrontExtent(std::string_view prefix, uint64_t f
 
 /// Reads the front of an indexed file: `front` holds its bytes from offset 0 to the extent's
 /// end at least. Checks the header, the application information, the settings, the class
-/// table, the index and the preview (checksums included), and that the pages and the end
-/// section fill the file exactly. False for anything unsound; `out` may then hold part.
+/// table, the index's checksum and its table of pages, the preview, and that the pages and
+/// the end section fill the file exactly; each page's part of the index is checked when it is
+/// read. False for anything unsound; `out` may then hold part.
 bool pwdbPlwReadIndexedFront(std::string_view front, uint64_t fileSize, PwDbPlwIndexedFront& out);
 
 /// Whether `page` followed by its 4-byte CRC-32 (`pageAndCheck`) is sound.
@@ -110,8 +130,12 @@ class PwDbPlwIndexedWriter {
     std::vector<PwDbPlwShape> m_shapes;
     std::unordered_map<std::string, uint32_t> m_shapeByKey;
     std::string m_pages;
-    std::string m_recordIndex;
+    std::string m_runs;
     std::string m_pageTable;
+    std::vector<uint64_t> m_classRecords;
+    PwDbHandle m_pageFirstHandle = 0;
+    PwDbHandle m_previousPageFirst = 0;
+    size_t m_runStart = 0;
     uint64_t m_recordCount = 0;
     uint64_t m_pageCount = 0;
     size_t m_pageStart = 0;

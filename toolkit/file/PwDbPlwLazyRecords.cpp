@@ -15,6 +15,7 @@ namespace FileIO = Morvane::Plotwright::PAL::FileIO;
 PwDbPlwLazyRecords::PwDbPlwLazyRecords(PwDbPlwIndexedFront&& front, std::string&& wholeFile,
                                        wstring path)
     : m_front(std::move(front)),
+      m_described(m_front.pages.size()),
       m_classes(m_front.classes.size(), nullptr),
       m_classResolved(m_front.classes.size(), 0),
       m_path(std::move(path)),
@@ -25,6 +26,7 @@ PwDbPlwLazyRecords::PwDbPlwLazyRecords(PwDbPlwIndexedFront&& front, std::string&
 PwDbPlwLazyRecords::PwDbPlwLazyRecords(PwDbPlwIndexedFront&& front, File held, wstring path,
                                        File::Identity identity)
     : m_front(std::move(front)),
+      m_described(m_front.pages.size()),
       m_classes(m_front.classes.size(), nullptr),
       m_classResolved(m_front.classes.size(), 0),
       m_path(std::move(path)),
@@ -45,7 +47,37 @@ bool PwDbPlwLazyRecords::readFromDisk(uint64_t offset, size_t count, std::string
     return file.readAt(offset, into.data(), count);
 }
 
-bool PwDbPlwLazyRecords::page(uint32_t index, std::string_view& bytes) {
+const PwDbPlwPageRecords* PwDbPlwLazyRecords::described(size_t page) {
+    if (!m_described[page]) {
+        auto records = std::make_unique<PwDbPlwPageRecords>();
+        if (!pwdbPlwReadPageRecords(m_front, page, *records)) return nullptr;
+        // The handles go to the database's records; the places and flags stay here.
+        records->handles = {};
+        m_described[page] = std::move(records);
+    }
+    return m_described[page].get();
+}
+
+bool PwDbPlwLazyRecords::pageRecords(size_t page, std::vector<PwDbHandle>& handles,
+                                     std::vector<uint8_t>& erased) {
+    PwDbPlwPageRecords records;
+    if (m_described[page] == nullptr && !pwdbPlwReadPageRecords(m_front, page, records)) {
+        return false;
+    }
+    if (m_described[page] == nullptr) {
+        handles = std::move(records.handles);
+        erased = records.erased;
+        m_described[page] = std::make_unique<PwDbPlwPageRecords>(std::move(records));
+        return true;
+    }
+    // Described before (for handlesNaming): read the handles again.
+    if (!pwdbPlwReadPageRecords(m_front, page, records)) return false;
+    handles = std::move(records.handles);
+    erased = std::move(records.erased);
+    return true;
+}
+
+bool PwDbPlwLazyRecords::pageBytes(size_t index, std::string_view& bytes) {
     const PwDbPlwPage& page = m_front.pages[index];
     const size_t withCheck = size_t{page.length} + 4;
     if (m_inMemory) {
@@ -58,7 +90,7 @@ bool PwDbPlwLazyRecords::page(uint32_t index, std::string_view& bytes) {
         return true;
     }
     if (m_cachedPage != index) {
-        m_cachedPage = UINT32_MAX;
+        m_cachedPage = SIZE_MAX;
         if (!readFromDisk(page.offset, withCheck, m_cached) || !pwdbPlwPageSound(m_cached)) {
             return false;
         }
@@ -68,13 +100,14 @@ bool PwDbPlwLazyRecords::page(uint32_t index, std::string_view& bytes) {
     return true;
 }
 
-Plotwright::ErrorStatus PwDbPlwLazyRecords::stored(size_t index,
+Plotwright::ErrorStatus PwDbPlwLazyRecords::stored(size_t page, size_t slot,
                                                    const std::vector<wstring>*& chain,
                                                    std::string_view& tags,
                                                    std::string_view& values) {
-    const PwDbPlwRecordPlace& place = m_front.places[index];
+    const PwDbPlwPageRecords* records = described(page);
     std::string_view bytes;
-    if (!page(place.page, bytes)) return Plotwright::StatusBadFileFormat;
+    if (records == nullptr || !pageBytes(page, bytes)) return Plotwright::StatusBadFileFormat;
+    const PwDbPlwRecordPlace& place = records->places[slot];
     const PwDbPlwShape& shape = m_front.shapes[place.shape];
     chain = &m_front.classes[shape.classIndex];
     tags = shape.tags;
@@ -82,14 +115,14 @@ Plotwright::ErrorStatus PwDbPlwLazyRecords::stored(size_t index,
     return Plotwright::StatusOk;
 }
 
-Plotwright::ErrorStatus PwDbPlwLazyRecords::decode(PwDbDatabase& database, size_t index,
-                                                   PwDbObject*& object) {
+Plotwright::ErrorStatus PwDbPlwLazyRecords::decode(PwDbDatabase& database, size_t page,
+                                                   size_t slot, PwDbObject*& object) {
     object = nullptr;
     const std::vector<wstring>* chain = nullptr;
     std::string_view tags;
     std::string_view values;
-    if (auto status = stored(index, chain, tags, values)) return status;
-    const uint32_t classIndex = m_front.shapes[m_front.places[index].shape].classIndex;
+    if (auto status = stored(page, slot, chain, tags, values)) return status;
+    const uint32_t classIndex = m_front.shapes[m_described[page]->places[slot].shape].classIndex;
     if (!m_classResolved[classIndex]) {
         m_classes[classIndex] = pwdbClassForChain(*chain);
         m_classResolved[classIndex] = 1;
@@ -116,9 +149,9 @@ Plotwright::ErrorStatus PwDbPlwLazyRecords::decode(PwDbDatabase& database, size_
     return Plotwright::StatusOk;
 }
 
-bool PwDbPlwLazyRecords::namesClass(size_t index, const char16_t* className) const {
-    // Asked of every record in turn with one name (the text style table's, when a drawing is
-    // read): the answer is worked out once per class of the file for the last name asked.
+bool PwDbPlwLazyRecords::classNames(uint32_t classIndex, const char16_t* className) {
+    // Asked of record after record with one name: the answer is worked out once per class
+    // of the file for the last name asked.
     if (m_namesAskedFor != className) {
         m_namesAnswer.assign(m_front.classes.size(), 0);
         for (size_t i = 0; i < m_front.classes.size(); ++i) {
@@ -127,7 +160,32 @@ bool PwDbPlwLazyRecords::namesClass(size_t index, const char16_t* className) con
         }
         m_namesAskedFor = className;
     }
-    return m_namesAnswer[m_front.shapes[m_front.places[index].shape].classIndex] != 0;
+    return m_namesAnswer[classIndex] != 0;
+}
+
+bool PwDbPlwLazyRecords::namesClass(size_t page, size_t slot, const char16_t* className) {
+    const PwDbPlwPageRecords* records = described(page);
+    return records != nullptr &&
+           classNames(m_front.shapes[records->places[slot].shape].classIndex, className);
+}
+
+void PwDbPlwLazyRecords::handlesNaming(const char16_t* className,
+                                       std::vector<PwDbHandle>& handles) {
+    handles.clear();
+    // The index counts each class's records: pages are read only until all are found.
+    uint64_t wanted = 0;
+    for (uint32_t i = 0; i < m_front.classes.size(); ++i) {
+        if (classNames(i, className)) wanted += m_front.classRecords[i];
+    }
+    PwDbPlwPageRecords records;
+    for (size_t page = 0; page < m_front.pages.size() && handles.size() < wanted; ++page) {
+        if (!pwdbPlwReadPageRecords(m_front, page, records)) continue;
+        for (size_t i = 0; i < records.handles.size(); ++i) {
+            if (classNames(m_front.shapes[records.places[i].shape].classIndex, className)) {
+                handles.push_back(records.handles[i]);
+            }
+        }
+    }
 }
 
 Plotwright::ErrorStatus PwDbPlwLazyRecords::keepEverything() {
@@ -148,7 +206,7 @@ Plotwright::ErrorStatus PwDbPlwLazyRecords::keepEverything() {
     m_whole = std::move(pages);
     m_inMemory = true;
     m_held = File();
-    m_cachedPage = UINT32_MAX;
+    m_cachedPage = SIZE_MAX;
     m_cached.clear();
     std::fill(m_pageChecked.begin(), m_pageChecked.end(), 0);
     return Plotwright::StatusOk;

@@ -6,9 +6,11 @@
 // the open mode holds nothing. A page is checked against its CRC-32 every time it is read
 // from disk, and the file against its identity (device, inode, size, time of last write) as
 // it was when the drawing was read: a file changed, truncated or replaced since gives
-// StatusBadFileFormat for the record asked for, never a wrong object.
+// StatusBadFileFormat for the record asked for, never a wrong object. The index is read a
+// page at a time too, when a handle of that page is first looked up.
 #pragma once
 
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -28,26 +30,39 @@ class PwDbPlwLazyRecords final : public PwDbRecordSource {
     PwDbPlwLazyRecords(PwDbPlwIndexedFront&& front, File held, wstring path,
                        File::Identity identity);
 
-    Plotwright::ErrorStatus decode(PwDbDatabase& database, size_t index,
+    size_t pageCount() const override { return m_front.pages.size(); }
+    size_t recordCount() const override { return static_cast<size_t>(m_front.records); }
+    PwDbHandle pageFirstHandle(size_t page) const override {
+        return m_front.pages[page].firstHandle;
+    }
+    uint32_t pageRecordCount(size_t page) const override { return m_front.pages[page].records; }
+    bool pageRecords(size_t page, std::vector<PwDbHandle>& handles,
+                     std::vector<uint8_t>& erased) override;
+    Plotwright::ErrorStatus decode(PwDbDatabase& database, size_t page, size_t slot,
                                    PwDbObject*& object) override;
-    bool namesClass(size_t index, const char16_t* className) const override;
+    bool namesClass(size_t page, size_t slot, const char16_t* className) override;
+    void handlesNaming(const char16_t* className, std::vector<PwDbHandle>& handles) override;
     const wstring& path() const override { return m_path; }
-
-    /// The record at `index` as stored, for a save that copies it without decoding: its class
-    /// chain, the tags of its items and its packed values (valid until the next call).
-    /// StatusBadFileFormat as for decode.
-    Plotwright::ErrorStatus stored(size_t index, const std::vector<wstring>*& chain,
-                                   std::string_view& tags, std::string_view& values);
-
     Plotwright::ErrorStatus keepEverything() override;
 
+    /// A record as stored, for a save that copies it without decoding: its class chain, the
+    /// tags of its items and its packed values (valid until the next call).
+    /// StatusBadFileFormat as for decode.
+    Plotwright::ErrorStatus stored(size_t page, size_t slot, const std::vector<wstring>*& chain,
+                                   std::string_view& tags, std::string_view& values);
+
   private:
+    /// The index's description of page `page`, read once; null when it isn't sound.
+    const PwDbPlwPageRecords* described(size_t page);
     /// The bytes of page `page` without its check, read and checked; false when they can't
     /// be had.
-    bool page(uint32_t page, std::string_view& bytes);
+    bool pageBytes(size_t page, std::string_view& bytes);
     bool readFromDisk(uint64_t offset, size_t count, std::string& into);
+    /// Whether the chain of class `classIndex` names `className`.
+    bool classNames(uint32_t classIndex, const char16_t* className);
 
     PwDbPlwIndexedFront m_front;
+    std::vector<std::unique_ptr<PwDbPlwPageRecords>> m_described;
     std::vector<PwRxClass*> m_classes;
     std::vector<uint8_t> m_classResolved;
     wstring m_path;
@@ -56,8 +71,8 @@ class PwDbPlwLazyRecords final : public PwDbRecordSource {
     File m_held;
     File::Identity m_identity;
     std::vector<uint8_t> m_pageChecked;
-    mutable wstring m_namesAskedFor;
-    mutable std::vector<uint8_t> m_namesAnswer;
-    uint32_t m_cachedPage = UINT32_MAX;
+    wstring m_namesAskedFor;
+    std::vector<uint8_t> m_namesAnswer;
+    size_t m_cachedPage = SIZE_MAX;
     std::string m_cached;
 };

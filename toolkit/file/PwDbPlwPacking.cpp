@@ -285,6 +285,13 @@ Plotwright::ErrorStatus PwDbPlwUnpackingFiler::readObjectId(PwDbObjectId& id) {
     return Plotwright::StatusOk;
 }
 
+Plotwright::ErrorStatus PwDbPlwUnpackingFiler::readHandle(PwDbHandle& handle) {
+    uint64_t value = 0;
+    if (!take(kPwDbPlwTagHandle) || !varint(value)) return fail();
+    handle = value;
+    return Plotwright::StatusOk;
+}
+
 Plotwright::ErrorStatus PwDbPlwUnpackingFiler::writeString(const char16_t*) {
     return Plotwright::StatusFilerError;
 }

@@ -72,8 +72,9 @@ class PwDbPlwPackingFiler : public PwDbPlwFiler {
     std::string m_values;
 };
 
-/// A filer that reads one packed record straight from its bytes, ids resolved in `database`
-/// (made there when the drawing doesn't hold the handle yet). A read whose tag isn't the next
+/// A filer that reads one packed record straight from its bytes, into an object of
+/// `database`: ids are resolved there (made there when the drawing doesn't hold the handle
+/// yet), or kept as handles by objects that resolve them later. A read whose tag isn't the next
 /// one, or whose value runs short, fails and the filer stays failed.
 class PwDbPlwUnpackingFiler : public PwDbPlwFiler {
   public:
@@ -98,6 +99,8 @@ class PwDbPlwUnpackingFiler : public PwDbPlwFiler {
     Plotwright::ErrorStatus writeObjectId(PwDbObjectId id) override;
     Plotwright::ErrorStatus filerStatus() const override { return m_status; }
     PwDbDatabase* database() const override { return m_database; }
+    Plotwright::ErrorStatus readHandle(PwDbHandle& handle) override;
+    bool keepsIdsAsHandles() const override { return m_database != nullptr; }
 
     using PwDbPlwFiler::readString;
     using PwDbPlwFiler::writeString;

@@ -84,7 +84,9 @@ class PwDbBlockTableRecord : public PwDbSymbolTableRecord {
     Plotwright::ErrorStatus appendPwDbEntity(PwDbObjectId& id, PwDbEntity* entity);
     Plotwright::ErrorStatus appendPwDbEntity(PwDbEntity* entity);
     /// Number of entities, erased ones included.
-    size_t numEntities() const { return m_entities.size(); }
+    size_t numEntities() const {
+        return m_entitiesAsHandles ? m_entityHandles.size() : m_entities.size();
+    }
 
     /// A new iterator over a snapshot of the entities, owned by the caller (delete it).
     Plotwright::ErrorStatus newIterator(PwDbBlockTableRecordIterator*& iterator,
@@ -147,8 +149,14 @@ class PwDbBlockTableRecord : public PwDbSymbolTableRecord {
 
   private:
     Plotwright::ErrorStatus checkAppendable(const PwDbEntity* entity) const;
+    /// The entities as ids, resolved from the handles a lazy read kept when first asked for.
+    const std::vector<PwDbObjectId>& entityIds() const;
 
-    std::vector<PwDbObjectId> m_entities;
+    mutable std::vector<PwDbObjectId> m_entities;
+    // A drawing read lazily keeps its blocks' entities as handles until they are used: a
+    // block of a million entities is read without making a record for each.
+    mutable std::vector<PwDbHandle> m_entityHandles;
+    mutable bool m_entitiesAsHandles = false;
     PwDbObjectId m_layout;
     wstring m_pathName;
     bool m_unloaded = false;

@@ -53,6 +53,14 @@ class PwDbPlwFiler {
 
     virtual ~PwDbPlwFiler();
 
+    /// Reads an id as its handle alone, neither finding nor making its record, for long lists
+    /// of ids that an object resolves in database() when they are first used. Only filers
+    /// whose keepsIdsAsHandles() is true take it; the others give StatusNotApplicable.
+    virtual Plotwright::ErrorStatus readHandle(PwDbHandle& handle);
+    /// Whether readHandle may be used: the filer reads an object into database(), where the
+    /// object will live.
+    virtual bool keepsIdsAsHandles() const { return false; }
+
     // Conveniences made of the items above.
     Plotwright::ErrorStatus readString(wstring& text);
     Plotwright::ErrorStatus readString(PwString& text);
