@@ -69,6 +69,15 @@ ArchiveLayout LayOutArchive(const std::vector<wstring>& files) {
     return layout;
 }
 
+wstring PlaceBelowBase(const ArchiveLayout& layout, const wstring& file) {
+    const std::vector<wstring> base = Components(layout.base);
+    const std::vector<wstring> parts = Components(file);
+    if (file.empty() || file[0] != u'/' || parts.size() <= base.size()) return {};
+    for (size_t i = 0; i < base.size(); ++i)
+        if (parts[i] != base[i]) return {};
+    return Joined(parts, base.size());
+}
+
 std::string EntryName(const wstring& path) {
     if (std::optional<std::string> native = LodeUtil::NativeFromUtf16(path)) return *native;
     return LodeUtil::Utf8FromUtf16(path);

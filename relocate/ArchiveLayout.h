@@ -25,6 +25,10 @@ struct ArchiveLayout {
 /// file would be named `manifest.json` at the top.
 ArchiveLayout LayOutArchive(const std::vector<wstring>& files);
 
+/// The archive path of `file` (absolute, lexically normalised) when it lies below the base;
+/// empty otherwise.
+wstring PlaceBelowBase(const ArchiveLayout& layout, const wstring& file);
+
 /// The archive path `path` as the bytes of a zip entry's name.
 std::string EntryName(const wstring& path);
 

@@ -11,6 +11,7 @@
 #include <lodeqdb/lodeutil/AbsoluteFilePath.h>
 #include <lodeqdb/lodeutil/FileSystem.h>
 #include <lodeqdb/lodeutil/FileUtil.h>
+#include <lodeqdb/lodeutil/Path.h>
 #include <lodeqdb/lodeutil/Strings.h>
 #include <lodeqdb/lodeutil/Utf.h>
 #include <lodeqdb/platform/LodeExceptions.h>
@@ -27,6 +28,16 @@ bool IsDrawingName(const wstring& path) {
 }
 
 namespace {
+
+// Where `stored`, kept in a file of the folder `folder`, points on this system.
+wstring PointsTo(const wstring& stored, const wstring& folder) {
+    const auto root = LodeUtil::Path::ParseRoot(stored);
+    if (root.kind == LodeUtil::Path::RootKind::None)
+        return LodeUtil::AbsoluteFilePath(LodeUtil::CombineRelative(folder, stored)).FullPath();
+    if (root.kind == LodeUtil::Path::RootKind::Separator && stored[0] == u'/')
+        return LodeUtil::AbsoluteFilePath(stored).FullPath();
+    return {};
+}
 
 bool IsDesignFileName(const wstring& path) {
     return LodeUtil::FoldCase(LodeUtil::FileUtil::GetFileExtension(path)) == u".dgn";
@@ -114,6 +125,8 @@ class Walk {
             if (pwdbFindDependentFile(found, stored[i].path, &drawing,
                                       FindHintFor(stored[i].kind)) == Plotwright::StatusOk)
                 edge.target = Enqueue(found, KindFound(stored[i].kind, found));
+            else
+                edge.lookedFor = PointsTo(stored[i].path, LodeUtil::Path::GetDirectoryName(path));
             edges.push_back(std::move(edge));
         }
         nodes_[node].edges = std::move(edges);
@@ -129,6 +142,9 @@ class Walk {
             if (!attachments[i].found.empty() && LodeUtil::File::Exists(attachments[i].found)) {
                 const wstring found = LodeUtil::AbsoluteFilePath(attachments[i].found).FullPath();
                 edge.target = Enqueue(found, KindFound(StoredPathKind::DgnAttachment, found));
+            } else {
+                edge.lookedFor = PointsTo(attachments[i].stored.path,
+                                          LodeUtil::Path::GetDirectoryName(nodes_[node].path));
             }
             edges.push_back(std::move(edge));
         }

@@ -18,6 +18,9 @@ struct DependencyEdge {
     size_t position = 0;
     /// The node of the file it found; -1 when it found none.
     long target = -1;
+    /// For a path that found nothing: where the stored path itself points, absolute and
+    /// lexically normalised; empty for a path in Windows form, which names no file here.
+    wstring lookedFor;
 };
 
 enum class NodeKind { Drawing, DesignFile, File };

@@ -52,12 +52,16 @@ class Packer {
     Packer(std::vector<DependencyNode> nodes, const detail::ArchiveLayout& layout)
         : nodes_(std::move(nodes)), layout_(layout) {}
 
-    // The path edge `edge` of node `node` gets in the archive; the stored one when it found
-    // nothing.
+    // The path edge `edge` of node `node` gets in the archive. A path that found nothing
+    // points where its file would lie in the archive when that is below the base; otherwise
+    // it stays as stored.
     wstring ArchivedPath(size_t node, const DependencyEdge& edge) const {
-        if (edge.target < 0) return edge.stored.path;
+        wstring place;
+        if (edge.target >= 0) place = layout_.paths[static_cast<size_t>(edge.target)];
+        else place = detail::PlaceBelowBase(layout_, edge.lookedFor);
+        if (place.empty()) return edge.stored.path;
         const wstring from = LodeUtil::Path::GetDirectoryName(u"/" + layout_.paths[node]);
-        const wstring to = u"/" + layout_.paths[static_cast<size_t>(edge.target)];
+        const wstring to = u"/" + place;
         return RelativePathBetween(from, to, SeparatorStyleOf(edge.stored.path))
             .value_or(edge.stored.path);
     }
