@@ -16,7 +16,8 @@
 // the separator each path used); the originals on disk are never written. Design files go in
 // as they are. `manifest.json`, at the top of the archive, lists every file with its original
 // path, its path in the archive, its size and SHA-256 (of the bytes in the archive), and every
-// stored path that found no file (left as it was).
+// stored path that found no file (pointed where its file would lie in the archive when that is
+// below the base folder, else left as it was).
 //
 // Errors: a root that can't be read throws as ReadFileToDatabase (or DGNChildren) does; a
 // dependency whose bytes can't be read, an output that can't be written, or a file changed
