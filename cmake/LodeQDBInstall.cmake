@@ -1,10 +1,11 @@
-# Installs the three libraries, their headers, the message resources and the client, and
-# exports a CMake package: find_package(LodeQDB) then link LodeQDB::LodeQDB.
+# Installs the four libraries, their headers, the message resources and the client, and
+# exports a CMake package: find_package(LodeQDB) then link LodeQDB::LodeQDB (and
+# LodeQDB::Relocate for repathing and packing).
 include(CMakePackageConfigHelpers)
 
 # Only the public interface is installed: the headers under include/lodeqdb/, each library's
 # file set, included by clients as <lodeqdb/...>.
-install(TARGETS lode_util pwdb LodeQDB
+install(TARGETS lode_util pwdb LodeQDB LodeQDBRelocate
     EXPORT LodeQDBTargets
     LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}"
     FILE_SET HEADERS DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}"

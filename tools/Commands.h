@@ -42,6 +42,16 @@ void AddContentsCommands(CLI::App& app);
 /// drawing's revision table shown, brought to wanted rows, or given its column names.
 void AddRevtableCommand(CLI::App& app);
 
+/// `lodeqdb repath FILE... (--from OLD --to NEW | --relative | both) [--dry-run] [--json]`:
+/// rewrites the stored paths of drawings and saves each changed one in its own generation;
+/// one block per drawing (its changes, whether it was written), or one JSON array. Exits 1
+/// when any drawing couldn't be read or saved.
+void AddRepathCommand(CLI::App& app);
+
+/// `lodeqdb pack ROOT --output OUT.zip [--json]`: ROOT and everything it depends on in one zip
+/// archive with a manifest.json; prints the files and what was missing, or one JSON object.
+void AddPackCommand(CLI::App& app);
+
 /// `lodeqdb sample DIR`: a sample project of drawings, its root's full path on the last line.
 void AddSampleCommand(CLI::App& app);
 

@@ -14,6 +14,8 @@ int main(int argc, char** argv) {
     lodeqdb::cli::AddDgnCommands(app);
     lodeqdb::cli::AddContentsCommands(app);
     lodeqdb::cli::AddRevtableCommand(app);
+    lodeqdb::cli::AddRepathCommand(app);
+    lodeqdb::cli::AddPackCommand(app);
     lodeqdb::cli::AddSampleCommand(app);
     try {
         app.parse(argc, argv);
