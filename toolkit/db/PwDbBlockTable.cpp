@@ -153,18 +153,14 @@ Plotwright::ErrorStatus PwDbBlockTableRecord::plwInFields(PwDbPlwFiler* filer) {
     std::vector<PwDbObjectId> entities;
     std::vector<PwDbHandle> handles;
     const bool asHandles = filer->keepsIdsAsHandles();
-    if (asHandles) {
-        handles.reserve(std::min(static_cast<size_t>(count), kPwDbMaxReserveBeforeItems));
-    } else {
+    if (!asHandles) {
         entities.reserve(std::min(static_cast<size_t>(count), kPwDbMaxReserveBeforeItems));
     }
-    for (int32_t i = 0; i < count; ++i) {
-        if (asHandles) {
-            PwDbHandle handle = 0;
-            if (auto status = filer->readHandle(handle)) return status;
-            if (handle != 0) handles.push_back(handle);
-            continue;
-        }
+    if (asHandles) {
+        if (auto status = filer->readHandles(static_cast<size_t>(count), handles)) return status;
+        handles.erase(std::remove(handles.begin(), handles.end(), PwDbHandle{0}), handles.end());
+    }
+    for (int32_t i = 0; !asHandles && i < count; ++i) {
         PwDbObjectId id;
         if (auto status = filer->readObjectId(id)) return status;
         if (!id.isNull()) entities.push_back(id);

@@ -14,6 +14,15 @@ Plotwright::ErrorStatus PwDbPlwFiler::readHandle(PwDbHandle& handle) {
     return Plotwright::StatusNotApplicable;
 }
 
+Plotwright::ErrorStatus PwDbPlwFiler::readHandles(size_t count, std::vector<PwDbHandle>& handles) {
+    for (size_t i = 0; i < count; ++i) {
+        PwDbHandle handle = 0;
+        if (auto status = readHandle(handle)) return status;
+        handles.push_back(handle);
+    }
+    return Plotwright::StatusOk;
+}
+
 Plotwright::ErrorStatus PwDbPlwFiler::readString(wstring& text) {
     char16_t* buffer = nullptr;
     if (auto status = readString(buffer)) return status;

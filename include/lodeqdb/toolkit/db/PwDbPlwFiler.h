@@ -17,6 +17,8 @@
 
 #include <lodeqdb/lodeutil/WideString.h>
 #include <lodeqdb/toolkit/pal/PwErrorStatus.h>
+#include <vector>
+
 #include <lodeqdb/toolkit/db/PwDbObjectId.h>
 #include <lodeqdb/toolkit/ge/PwGeGeometry.h>
 
@@ -57,6 +59,8 @@ class PwDbPlwFiler {
     /// of ids that an object resolves in database() when they are first used. Only filers
     /// whose keepsIdsAsHandles() is true take it; the others give StatusNotApplicable.
     virtual Plotwright::ErrorStatus readHandle(PwDbHandle& handle);
+    /// Reads `count` ids as handles, as readHandle does one, appending them to `handles`.
+    virtual Plotwright::ErrorStatus readHandles(size_t count, std::vector<PwDbHandle>& handles);
     /// Whether readHandle may be used: the filer reads an object into database(), where the
     /// object will live.
     virtual bool keepsIdsAsHandles() const { return false; }
