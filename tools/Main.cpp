@@ -15,6 +15,8 @@ int main(int argc, char** argv) {
     lodeqdb::cli::AddContentsCommands(app);
     lodeqdb::cli::AddRevtableCommand(app);
     lodeqdb::cli::AddSampleCommand(app);
+    lodeqdb::cli::AddIndexCommands(app);
+    lodeqdb::cli::AddGraphCommand(app);
     try {
         app.parse(argc, argv);
     } catch (const CLI::RuntimeError& failure) {
