@@ -44,8 +44,11 @@ void TakeRecords(FileFacts& facts, const std::vector<LodeQDBService::FileData>& 
         out.type = record.GetType();
         out.status = record.GetXrefStatus();
         out.refId = static_cast<int64_t>(record.GetRefId());
+        // At the file system a backslash counts as '/', as the library's own lookups take it.
+        std::string onDisk = out.name;
+        std::replace(onDisk.begin(), onDisk.end(), '\\', '/');
         struct stat info {};
-        out.present = ::stat(out.name.c_str(), &info) == 0;
+        out.present = ::stat(onDisk.c_str(), &info) == 0;
         facts.records.push_back(std::move(out));
     }
 }

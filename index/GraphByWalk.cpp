@@ -3,6 +3,7 @@
 
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <map>
 
 #include <lodeqdb/lodeutil/Utf.h>
@@ -15,7 +16,9 @@ std::string Native(const wstring& name) {
     return LodeUtil::NativeFromUtf16(name).value_or(LodeUtil::Utf8FromUtf16(name));
 }
 
-bool Exists(const std::string& path) {
+bool Exists(std::string path) {
+    // At the file system a backslash counts as '/', as the library's own lookups take it.
+    std::replace(path.begin(), path.end(), '\\', '/');
     struct stat info {};
     return ::stat(path.c_str(), &info) == 0;
 }

@@ -111,9 +111,9 @@ UpdateSummary UpdateIndex(const UpdateOptions& options) {
     UpdateSummary summary;
     summary.database = options.database.empty() ? DefaultIndexPath(folder)
                                                 : Normal(options.database);
-    std::set<std::string> skipFolders;
+    // The folder's own index home is never indexed, whichever index this run writes.
+    const std::set<std::string> skipFolders = {folder + "/.lodeqdb"};
     if (options.database.empty()) {
-        skipFolders.insert(folder + "/.lodeqdb");
         std::error_code error;
         std::filesystem::create_directories(folder + "/.lodeqdb", error);
         if (error)

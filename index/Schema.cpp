@@ -59,6 +59,10 @@ CREATE TABLE IF NOT EXISTS runs (
 void PrepareSchema(Connection& connection, bool writing) {
     connection.Execute("PRAGMA foreign_keys = ON");
     if (!writing) {
+        Statement tables(connection,
+                         "SELECT count(*) FROM sqlite_master WHERE type = 'table' AND name = 'meta'");
+        if (!tables.Step() || tables.Int(0) == 0)
+            throw IndexError(connection.Path() + " is not an index: it has no tables");
         Statement version(connection, "SELECT value FROM meta WHERE key = 'schema_version'");
         if (!version.Step() || version.Text(0) != std::to_string(kSchemaVersion))
             throw IndexError("the index " + connection.Path() + " is of another version");

@@ -5,8 +5,10 @@
 //   for (const LodeQDBIndex::Usage& use : index.WhereUsed("/srv/projects/blocks/title.plw", false))
 //       show(use.drawing, use.chain);
 //
-// Names of files are full paths, native bytes, compared as the parent walk compares them: code
-// unit by code unit after case folding. Every query answers as of the index's last commit; a
+// Names of files are full paths, native bytes, compared as the parent walk compares them (code
+// unit by code unit after case folding) once they are lexically normal: a backslash counts as
+// '/', "." and ".." steps are taken (the library keeps them in names of images and underlays,
+// "/p/sheets/../images/photo.png"), so every spelling of a file's path finds it. Every query answers as of the index's last commit; a
 // run may be writing meanwhile. Not for several threads at once: each thread opens its own.
 #pragma once
 

@@ -5,7 +5,8 @@
 //   options.folder = "/srv/projects";                  // the index: /srv/projects/.lodeqdb/index.sqlite
 //   LodeQDBIndex::UpdateSummary summary = LodeQDBIndex::UpdateIndex(options);
 //
-// A run walks the folder (symbolic links to folders only with followLinks), reads the files
+// A run walks the folder (symbolic links to folders only with followLinks; the folder's own
+// .lodeqdb, where default indexes live, is passed over), reads the files
 // that are new or whose size, modification time or inode changed since the last run, those
 // that failed last time, and the drawings that refer to a file that appeared, changed or went
 // (their references' states may have changed with it); it drops the files that are gone. Each
