@@ -111,6 +111,9 @@ UpdateSummary UpdateIndex(const UpdateOptions& options) {
     UpdateSummary summary;
     summary.database = options.database.empty() ? DefaultIndexPath(folder)
                                                 : Normal(options.database);
+    std::error_code notThere;
+    if (!std::filesystem::is_directory(folder, notThere))
+        throw IndexError("not a folder that can be read: " + folder);
     // The folder's own index home is never indexed, whichever index this run writes.
     const std::set<std::string> skipFolders = {folder + "/.lodeqdb"};
     if (options.database.empty()) {
