@@ -125,7 +125,7 @@ void WriteProject(const std::string& folder, size_t project, size_t sheets,
     }
     if (sheets >= 15) {
         MakeFolder(folder + "/docs");
-        WriteBytes(folder + "/docs/spec.pdf", PdfBytes());
+        WriteBytes(folder + "/docs/notes.pdf", PdfBytes());
         ++counts.pdfs;
     }
     if (sheets >= 20) {
@@ -143,7 +143,7 @@ void WriteProject(const std::string& folder, size_t project, size_t sheets,
                                    Numbered("lib-", (project + j) % kLibraries, 1) + ".plw"));
         if (j % 10 == 0) sheet.Image(path("../images/photo.png"));
         if (j % 15 == 0)
-            sheet.Underlay(PwDbPdfDefinition::desc(), u"SPEC", path("../docs/spec.pdf"), u"1");
+            sheet.Underlay(PwDbPdfDefinition::desc(), u"NOTES", path("../docs/notes.pdf"), u"1");
         if (j % 20 == 0)
             sheet.Underlay(PwDbDgnDefinition::desc(), u"SURVEY", path("../survey/site.dgn"),
                            u"Default");

@@ -8,7 +8,7 @@
 // proj-NNNN/, with a base plan (base.plw, using a library drawing) and sheets
 // (sheets/sheet-NNN.plw), each sheet using the project's base plan, a title block and a library
 // drawing. Every 10th sheet places the project's photo (images/photo.png), every 15th a PDF
-// underlay (docs/spec.pdf), every 20th a DGN underlay (survey/site.dgn, which attaches
+// underlay (docs/notes.pdf), every 20th a DGN underlay (survey/site.dgn, which attaches
 // survey/terrain.dgn); every 25th refers to a drawing that isn't there, and every 40th and the
 // sheet after it refer to each other (a cycle).
 #pragma once
