@@ -188,6 +188,26 @@ TEST_F(IndexCommands, UnreadableFilesAndAReadOnlyFolder) {
     ASSERT_EQ(std::system(("chmod -R u+w '" + folder + "'").c_str()), 0);
 }
 
+// `sample --drawings N` writes a store of N drawings with every kind of file and failure the
+// index meets.
+TEST_F(IndexCommands, AGeneratedStoreHasWhatItSays) {
+    const std::string store = folder + "/store";
+    auto result = RunCli({"sample", store, "--drawings", "120"}, folder);
+    ASSERT_EQ(result.exitCode, 0) << result.err;
+    EXPECT_NE(result.out.find("120 drawings"), std::string::npos) << result.out;
+    const json summary = Json({"index", store, "--json", "--quiet"});
+    EXPECT_EQ(summary["failed"], 0);
+    const json stats = Json({"stats", "--db", store + "/.lodeqdb/index.sqlite", "--json"});
+    EXPECT_EQ(stats["byKind"]["drawing"], 120);
+    EXPECT_EQ(stats["byKind"]["image"], 3);  // projects of 49, 49 and 11 sheets
+    EXPECT_EQ(stats["byKind"]["pdf"], 2);
+    EXPECT_EQ(stats["byKind"]["dgn"], 4);
+    EXPECT_EQ(stats["brokenReferences"], 2);  // one missing drawing in each of two projects
+    EXPECT_EQ(summary["seen"], stats["files"]);
+    result = RunCli({"sample", folder + "/none", "--drawings", "0"}, folder);
+    EXPECT_EQ(result.exitCode, 2);
+}
+
 TEST_F(IndexCommands, QuestionsWithoutAnIndexFailClearly) {
     auto result = RunCli({"stats", "--db", folder + "/none.sqlite"}, folder);
     EXPECT_EQ(result.exitCode, 1);
