@@ -14,6 +14,14 @@ if(LODEQDB_SANITIZE)
     add_link_options(-fsanitize=address,undefined)
 endif()
 
+# ThreadSanitizer: for the tests that read, walk and classify different drawings on several
+# threads at once (the tsan preset builds only what they need).
+if(LODEQDB_SANITIZE_THREAD)
+    add_compile_options(-fsanitize=thread -fno-omit-frame-pointer)
+    add_compile_definitions(LODEQDB_SANITIZED)
+    add_link_options(-fsanitize=thread)
+endif()
+
 if(LODEQDB_FUZZ)
     add_compile_options(-fsanitize=fuzzer-no-link,address,undefined -fno-omit-frame-pointer
                         -fno-sanitize-recover=undefined)

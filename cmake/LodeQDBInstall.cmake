@@ -5,7 +5,7 @@ include(CMakePackageConfigHelpers)
 
 # Only the public interface is installed: the headers under include/lodeqdb/, each library's
 # file set, included by clients as <lodeqdb/...>.
-install(TARGETS lode_util pwdb LodeQDB LodeQDBRelocate
+install(TARGETS lode_util pwdb LodeQDB LodeQDBRelocate LodeQDBIndex
     EXPORT LodeQDBTargets
     LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}"
     FILE_SET HEADERS DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}"

@@ -7,11 +7,12 @@ packages=(
     cmake ninja-build g++ ccache
     libicu-dev libboost-dev zlib1g-dev
     libcli11-dev nlohmann-json3-dev
-    libzip-dev libssl-dev
+    libzip-dev libssl-dev libsqlite3-dev libgraphviz-dev pkg-config
 )
 if [ "${1:-}" != "--libraries" ]; then
     # The tests, benchmarks, fuzz targets and the clang build.
-    packages+=(clang-14 libclang-rt-14-dev libgtest-dev libgmock-dev libbenchmark-dev)
+    packages+=(clang-14 libclang-rt-14-dev libgtest-dev libgmock-dev libbenchmark-dev
+               libexpat1-dev)
 fi
 
 missing=()

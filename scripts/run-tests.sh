@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Builds LodeQDB from scratch and runs every test: the optimised build (the installed
 # package and its client included), then the whole suite under AddressSanitizer and
-# UndefinedBehaviorSanitizer, then the file readers under libFuzzer for a minute each; last,
+# UndefinedBehaviorSanitizer, then the tests of several threads under ThreadSanitizer, then
+# the file readers under libFuzzer for a minute each; last,
 # the builds a packager makes: plain configures without any preset, Release with g++ (all of
 # it) and RelWithDebInfo with clang (the libraries, modules and client).
 set -euo pipefail
@@ -19,6 +20,12 @@ for preset in release asan; do
     cmake --build --preset "${preset}"
     ctest --preset "${preset}"
 done
+
+echo "=== tsan: several threads at once, under ThreadSanitizer (only what those tests need)"
+rm -rf build/tsan
+cmake --preset tsan >/dev/null
+cmake --build --preset tsan
+ctest --preset tsan
 
 echo "=== fuzz: the drawing readers under libFuzzer"
 ./scripts/run-fuzzers.sh

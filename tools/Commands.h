@@ -52,7 +52,18 @@ void AddRepathCommand(CLI::App& app);
 /// archive with a manifest.json; prints the files and what was missing, or one JSON object.
 void AddPackCommand(CLI::App& app);
 
-/// `lodeqdb sample DIR`: a sample project of drawings, its root's full path on the last line.
+/// `lodeqdb sample DIR [--drawings N]`: a sample project of drawings, its root's full path on
+/// the last line; with --drawings, a large folder of N drawings (tools/samplefolder).
 void AddSampleCommand(CLI::App& app);
+
+/// `lodeqdb index DIR [--db FILE] [--jobs N] [--quiet] [--json] [--follow-links]`,
+/// `lodeqdb where-used FILE [--direct] [--db FILE] [--json]`, `lodeqdb broken [--db FILE]
+/// [--json]`, `lodeqdb stats [--db FILE] [--json]`: the persistent index of a folder of
+/// drawings (the library LodeQDBIndex) and the questions asked of it.
+void AddIndexCommands(CLI::App& app);
+
+/// `lodeqdb graph ROOT [--db FILE] [--format dot|svg|json] [--output FILE]`: the dependency
+/// graph below a drawing.
+void AddGraphCommand(CLI::App& app);
 
 }  // namespace lodeqdb::cli

@@ -17,6 +17,8 @@ int main(int argc, char** argv) {
     lodeqdb::cli::AddRepathCommand(app);
     lodeqdb::cli::AddPackCommand(app);
     lodeqdb::cli::AddSampleCommand(app);
+    lodeqdb::cli::AddIndexCommands(app);
+    lodeqdb::cli::AddGraphCommand(app);
     try {
         app.parse(argc, argv);
     } catch (const CLI::RuntimeError& failure) {
