@@ -1,6 +1,8 @@
 // Reading the application information section: finding its marker, then its entries.
 #include <lodeqdb/identification/AppInfo.h>
 
+#include <algorithm>
+#include <cstring>
 #include <memory>
 
 #include "identification/BufferedFile.h"
@@ -10,9 +12,10 @@
 
 namespace LodeQDBUtil {
 
-
 namespace {
 
+// The header's size: the version signature and the scan start are in it.
+constexpr uint32_t kHeaderBytes = 128;
 // Strings up to this many units are read on the stack.
 constexpr uint32_t kLocalUnits = 1024;
 
@@ -59,14 +62,27 @@ bool ReadAppInfoString(BufferedFile& file, wstring& text) {
 }
 
 bool ReadAppInfo(const char16_t* path, PwHsAppInfoNotifier& notifier) {
-    uint32_t scanStart = 0;
-    if (ReadFileVersionSignature(path, scanStart) < kFirstCodeWithAppInfo) return false;
+    // One open and one read take the header and, in the files met so far, all of the
+    // application information behind it: the signature is read from the buffer, and the
+    // search for the marker goes on from there.
     BufferedFile file;
     file.file = OpenHeaderFile(path);
-    if (file.file.openStatus() == Plotwright::StatusOk &&
-        !file.file.seek(static_cast<int64_t>(scanStart),
-                        Morvane::Plotwright::PAL::FileIO::kSeekFromStart))
+    uint32_t got = 0;
+    if (file.file.openStatus() != Plotwright::StatusOk ||
+        !file.file.readFromFile(file.buffer, BufferedFile::kBufferSize, got)) {
+        return false;
+    }
+    unsigned char start[kHeaderBytes] = {};
+    std::memcpy(start, file.buffer, std::min<uint32_t>(got, kHeaderBytes));
+    uint32_t scanStart = 0;
+    if (ParseFileVersionSignature(start, scanStart) < kFirstCodeWithAppInfo) return false;
+    if (scanStart < got) {
+        file.filled = got;
+        file.position = scanStart;
+    } else if (!file.file.seek(static_cast<int64_t>(scanStart),
+                               Morvane::Plotwright::PAL::FileIO::kSeekFromStart)) {
         file.file = HeaderFile::nullFile();
+    }
     if (ScanForMarker(file, kAppInfoMarker, sizeof kAppInfoMarker) < 0) return false;
     uint32_t ignored = 0;
     wstring header;

@@ -29,14 +29,8 @@ constexpr size_t kHeaderSize = 128;
 
 }  // namespace
 
-int ReadFileVersionSignature(const char16_t* path, uint32_t& scanStart) {
+int ParseFileVersionSignature(const unsigned char* header, uint32_t& scanStart) {
     scanStart = 0;
-    const HeaderFile file = OpenHeaderFile(path);
-    // Zeroed first: a file shorter than the header reads as zeros behind its end.
-    unsigned char header[kHeaderSize] = {};
-    uint32_t got = 0;
-    if (file.openStatus() != Plotwright::StatusOk || !file.readFromFile(header, kHeaderSize, got))
-        return HeaderVersionUnknown;
     for (const Signature& signature : kSignatures) {
         if (std::memcmp(header, signature.text, 6) != 0) continue;
         if (signature.code >= kFirstCodeWithAppInfo) {
@@ -47,6 +41,17 @@ int ReadFileVersionSignature(const char16_t* path, uint32_t& scanStart) {
         return signature.code;
     }
     return HeaderVersionUnknown;
+}
+
+int ReadFileVersionSignature(const char16_t* path, uint32_t& scanStart) {
+    scanStart = 0;
+    const HeaderFile file = OpenHeaderFile(path);
+    // Zeroed first: a file shorter than the header reads as zeros behind its end.
+    unsigned char header[kHeaderSize] = {};
+    uint32_t got = 0;
+    if (file.openStatus() != Plotwright::StatusOk || !file.readFromFile(header, kHeaderSize, got))
+        return HeaderVersionUnknown;
+    return ParseFileVersionSignature(header, scanStart);
 }
 
 }  // namespace LodeQDBUtil

@@ -121,6 +121,15 @@ std::vector<IndexedRecord> FolderIndex::RecordsOf(const std::string& file) const
     return records;
 }
 
+std::vector<IndexedRecord> FolderIndex::AllRecords() const {
+    Statement select(impl_->connection,
+                     "SELECT f.path, r.name, r.type, r.status, r.ref_id, r.present FROM refs r"
+                     " JOIN files f ON f.id = r.file_id ORDER BY f.path, r.position");
+    std::vector<IndexedRecord> records;
+    while (select.Step()) records.push_back(RecordOf(select));
+    return records;
+}
+
 bool FolderIndex::Contains(const std::string& file) const {
     Statement select(impl_->connection, "SELECT 1 FROM files WHERE path = ?1");
     select.Bind(1, std::string_view(IndexName(file)));

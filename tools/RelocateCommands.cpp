@@ -23,6 +23,7 @@ std::string Utf8(const wstring& text) {
 
 struct RepathArguments {
     std::vector<std::string> files;
+    std::string index;
     std::string from;
     std::string to;
     bool relative = false;
@@ -93,7 +94,9 @@ int RunRepath(const RepathArguments& arguments) {
     options.dryRun = arguments.dryRun;
     std::vector<wstring> drawings;
     for (const std::string& file : arguments.files) drawings.push_back(FullPath(file));
-    const auto outcomes = LodeQDBRelocate::Repath(drawings, options);
+    const auto outcomes = arguments.index.empty()
+                              ? LodeQDBRelocate::Repath(drawings, options)
+                              : LodeQDBRelocate::RepathOverIndex(arguments.index, options);
     bool failed = false;
     nlohmann::json list = nlohmann::json::array();
     for (const auto& outcome : outcomes) {
@@ -171,8 +174,13 @@ void AddRepathCommand(CLI::App& app) {
         "Rewrite the stored paths of references, images and underlays: a folder replaced by "
         "another (--from/--to), or made relative (--relative); changed drawings are saved in "
         "their own format generation");
-    command->add_option("files", arguments->files, "Drawings (.plw, .plx; .dgn only listed)")
-        ->required();
+    auto* files = command->add_option("files", arguments->files,
+                                      "Drawings (.plw, .plx; .dgn only listed)");
+    auto* index = command->add_option("--db", arguments->index,
+                                      "Instead of FILEs: every drawing with dependencies in "
+                                      "this index (of `lodeqdb index`)")
+                      ->check(CLI::ExistingFile);
+    files->excludes(index);
     auto* from = command->add_option("--from", arguments->from,
                                      "The folder the stored paths start with (Windows-form "
                                      "paths compare without regard to case or separator)");
@@ -186,6 +194,10 @@ void AddRepathCommand(CLI::App& app) {
     command->callback([arguments] {
         if (arguments->from.empty() && !arguments->relative)
             throw CLI::ValidationError("give --from and --to, or --relative");
+        if (arguments->files.empty() && arguments->index.empty())
+            throw CLI::ValidationError("give the drawings, or --db INDEX");
+        if (!arguments->index.empty() && arguments->from.empty())
+            throw CLI::ValidationError("--db needs --from and --to");
         EndWith(RunReportingErrors([&] { return RunRepath(*arguments); }));
     });
 }

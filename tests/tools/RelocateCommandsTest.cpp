@@ -146,6 +146,45 @@ TEST_F(RelocateCommands, AMovedCopyOfTheSampleResolvesAgainAfterRepath) {
     EXPECT_EQ(Tree(again + "/site.plw", again), expected);
 }
 
+TEST_F(RelocateCommands, AMovedCopyRepathedOverItsIndexResolvesAgain) {
+    const std::string first = WriteSample("first");
+    for (const std::string& drawing : Drawings(first)) MakeStoredPathsAbsolute(drawing);
+    const auto expected = Tree(first + "/site.plw", first);
+    const std::string moved = folder + "/moved";
+    std::filesystem::rename(first, moved);
+    ASSERT_EQ(RunCli({"tree", moved + "/site.plw", "--dgn", "--json"}, folder).exitCode, 3)
+        << "moved, the walk stops at a design file it can't find";
+
+    const std::string index = folder + "/moved.sqlite";
+    auto result = RunCli({"index", moved, "--db", index, "--quiet"}, folder);
+    ASSERT_EQ(result.exitCode, 0) << result.err;
+    result = RunCli({"repath", "--db", index, "--from", first, "--to", moved, "--json"}, folder);
+    ASSERT_EQ(result.exitCode, 0) << result.err;
+    std::set<std::string> written;
+    for (const auto& outcome : nlohmann::json::parse(result.out)) {
+        EXPECT_TRUE(outcome["error"].is_null()) << outcome["drawing"];
+        if (outcome["written"]) written.insert(outcome["drawing"]);
+    }
+    // Every drawing with dependencies was asked; those that store no path (title, chairs)
+    // weren't written.
+    EXPECT_EQ(written.size(), 6u);
+    EXPECT_EQ(written.count(moved + "/blocks/title.plw"), 0u);
+    EXPECT_EQ(Tree(moved + "/site.plw", moved), expected);
+
+    // Usage: --db wants a folder to replace, and no drawings beside it.
+    EXPECT_EQ(RunCli({"repath", "--db", index, "--relative"}, folder).exitCode, 2);
+    EXPECT_EQ(RunCli({"repath", moved + "/site.plw", "--db", index, "--from", first, "--to",
+                      moved},
+                     folder)
+                  .exitCode,
+              2);
+    EXPECT_EQ(RunCli({"repath", "--db", moved + "/site.plw", "--from", first, "--to", moved},
+                     folder)
+                  .exitCode,
+              1)
+        << "a file that isn't an index";
+}
+
 TEST_F(RelocateCommands, ThePackedSampleOpensElsewhereWithTheSameFiles) {
     const std::string project = WriteSample("project");
     const auto originals = lodeqdbtest::FilesBelow(project);

@@ -22,7 +22,7 @@
 //   44      4     zero
 //   48      4     uint32 scan start: 128, where the application information begins
 //   52      4     format tag "LQDB"
-//   56      4     uint32 layout revision: 1
+//   56      4     uint32 layout revision: 1 (whole records, this codec) or 2 (PwDbPlwIndexed.h)
 //   60      4     uint32 exact version, 16 to 33; its signature is the one at offset 0
 //   64      4     uint32 CRC-32 of the application information section
 //   68      8     uint64 offset of the drawing sections (the end of the application information)

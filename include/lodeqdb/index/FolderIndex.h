@@ -80,6 +80,9 @@ class FolderIndex {
     /// The records of `file` in the order the library gave them; empty when it has none or
     /// isn't in the index.
     std::vector<IndexedRecord> RecordsOf(const std::string& file) const;
+    /// Every record of every file, by referrer, each file's in the order the library gave
+    /// them.
+    std::vector<IndexedRecord> AllRecords() const;
     /// Whether `file` is in the index.
     bool Contains(const std::string& file) const;
     /// Every record whose file isn't there or whose reference didn't resolve (missing, or

@@ -79,4 +79,18 @@ RepathOutcome RepathDrawing(const wstring& path, const RepathOptions& options);
 std::vector<RepathOutcome> Repath(const std::vector<wstring>& drawings,
                                   const RepathOptions& options);
 
+/// The drawings (and design files) an index made by LodeQDBIndex::UpdateIndex holds
+/// dependency records for, each once, in the index's order. Throws LodeQDBIndex::IndexError
+/// when `indexPath` isn't an index.
+std::vector<wstring> DrawingsWithRecords(const std::string& indexPath);
+
+/// Repath over the drawings of an index: the same change, without listing the drawings by
+/// hand. Every drawing with records is asked, not only those whose records name
+/// `options.from`: a record names the file found, and a stored path under the old folder may
+/// have found its file elsewhere (by its bare name beside the drawing). Only drawings whose
+/// stored paths change are written. std::invalid_argument without `from`; IndexError as
+/// DrawingsWithRecords.
+std::vector<RepathOutcome> RepathOverIndex(const std::string& indexPath,
+                                           const RepathOptions& options);
+
 }  // namespace LodeQDBRelocate
