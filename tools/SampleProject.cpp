@@ -18,9 +18,6 @@
 
 #include "tools/SampleDesignFiles.h"
 
-#include <zlib.h>
-
-#include <fstream>
 #include <stdexcept>
 #include <vector>
 
@@ -34,6 +31,7 @@
 #include <lodeqdb/toolkit/underlay/PwDbUnderlayAuthoring.h>
 #include <lodeqdb/toolkit/underlay/PwDbUnderlayDefinition.h>
 #include <lodeqdb/toolkit/xref/PwDbXrefAuthoring.h>
+#include "tools/samplefolder/SampleFiles.h"
 #include "tools/templates/RevisionBlockTemplate.h"
 
 namespace lodeqdb::cli {
@@ -42,68 +40,6 @@ namespace {
 void Check(Plotwright::ErrorStatus status, const std::string& what) {
     if (status != Plotwright::StatusOk)
         throw std::runtime_error(what + " failed with status " + std::to_string(status));
-}
-
-void WriteBytes(const std::string& path, const std::string& bytes) {
-    std::ofstream out(path, std::ios::binary);
-    out << bytes;
-    if (!out) throw std::runtime_error("can't write " + path);
-}
-
-void BigEndian(std::string& out, uint32_t value) {
-    for (int shift = 24; shift >= 0; shift -= 8) out.push_back(static_cast<char>(value >> shift));
-}
-
-void PngChunk(std::string& out, const char* type, const std::string& data) {
-    BigEndian(out, static_cast<uint32_t>(data.size()));
-    const std::string typed = std::string(type, 4) + data;
-    out += typed;
-    BigEndian(out, static_cast<uint32_t>(crc32(0, reinterpret_cast<const Bytef*>(typed.data()),
-                                               static_cast<uInt>(typed.size()))));
-}
-
-// A 16 by 16 grey gradient.
-std::string Png() {
-    std::string png("\x89PNG\r\n\x1a\n", 8);
-    std::string header;
-    BigEndian(header, 16);
-    BigEndian(header, 16);
-    header += std::string("\x08\x00\x00\x00\x00", 5);
-    PngChunk(png, "IHDR", header);
-    std::string rows;
-    for (int y = 0; y < 16; ++y) {
-        rows += '\0';
-        for (int x = 0; x < 16; ++x) rows += static_cast<char>(x * 16);
-    }
-    std::vector<Bytef> packed(compressBound(static_cast<uLong>(rows.size())));
-    uLongf size = static_cast<uLongf>(packed.size());
-    compress(packed.data(), &size, reinterpret_cast<const Bytef*>(rows.data()),
-             static_cast<uLong>(rows.size()));
-    PngChunk(png, "IDAT", std::string(reinterpret_cast<const char*>(packed.data()), size));
-    PngChunk(png, "IEND", "");
-    return png;
-}
-
-// One empty A4 page, with its cross-reference table.
-std::string Pdf() {
-    const std::vector<std::string> objects = {
-        "<< /Type /Catalog /Pages 2 0 R >>", "<< /Type /Pages /Kids [3 0 R] /Count 1 >>",
-        "<< /Type /Page /Parent 2 0 R /MediaBox [0 0 595 842] >>"};
-    std::string pdf = "%PDF-1.4\n";
-    std::vector<size_t> offsets;
-    for (size_t i = 0; i < objects.size(); ++i) {
-        offsets.push_back(pdf.size());
-        pdf += std::to_string(i + 1) + " 0 obj\n" + objects[i] + "\nendobj\n";
-    }
-    const size_t table = pdf.size();
-    pdf += "xref\n0 " + std::to_string(objects.size() + 1) + "\n0000000000 65535 f \n";
-    for (size_t offset : offsets) {
-        std::string number = std::to_string(offset);
-        pdf += std::string(10 - number.size(), '0') + number + " 00000 n \n";
-    }
-    pdf += "trailer\n<< /Size " + std::to_string(objects.size() + 1) + " /Root 1 0 R >>\n";
-    pdf += "startxref\n" + std::to_string(table) + "\n%%EOF\n";
-    return pdf;
 }
 
 struct Drawing {
@@ -162,8 +98,8 @@ std::string WriteSampleProject(const std::string& folder) {
         if (!LodeUtil::Directory::CreateDirectory(LodeUtil::Utf16FromNative(folder + "/" + sub)))
             throw std::runtime_error("can't make " + folder + "/" + sub);
     }
-    WriteBytes(folder + "/images/photo.png", Png());
-    WriteBytes(folder + "/docs/plan.pdf", Pdf());
+    samples::WriteBytes(folder + "/images/photo.png", samples::PngBytes());
+    samples::WriteBytes(folder + "/docs/plan.pdf", samples::PdfBytes());
     WriteSampleDesignFiles(folder + "/survey");
 
     Drawing().Line(10).Save(folder + "/floors/furniture/chairs.plw");

@@ -33,9 +33,7 @@ constexpr size_t kMinAppInfoEntryBytes = 16 + 2 + 2;
 constexpr size_t kMinAppInfoBytes = sizeof kPwDbAppInfoMarker + 4 + 2 + 2 + 4;
 
 constexpr uint32_t kSettingsTag = kPwDbPlwSettingsTag;
-constexpr uint32_t kObjectsTag = kPwDbPlwObjectsTag;
 constexpr uint32_t kPreviewTag = kPwDbPlwPreviewTag;
-constexpr uint32_t kEndTag = kPwDbPlwEndTag;
 constexpr size_t kSectionHeadSize = kPwDbPlwSectionHeadSize;
 constexpr size_t kSettingsSize = 4 + 8 + 4 + 9 * 8;
 
