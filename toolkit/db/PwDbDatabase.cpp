@@ -299,11 +299,17 @@ PwDbRecordSource::~PwDbRecordSource() = default;
 
 PwDbStub* PwDbDatabase::Records::findFileStub(PwDbHandle handle) {
     if (filePages.empty() || handle < filePages.front().firstHandle) return nullptr;
-    // The last page whose first handle isn't past `handle`.
-    const auto after = std::upper_bound(
-        filePages.begin(), filePages.end(), handle,
-        [](PwDbHandle wanted, const PwDbFilePage& page) { return wanted < page.firstHandle; });
-    const size_t index = static_cast<size_t>(after - filePages.begin()) - 1;
+    // The last page whose first handle isn't past `handle`: the page of the last look-up
+    // when it is that one, else found by bisection.
+    size_t index = lastPage;
+    if (index >= filePages.size() || handle < filePages[index].firstHandle ||
+        (index + 1 < filePages.size() && handle >= filePages[index + 1].firstHandle)) {
+        const auto after = std::upper_bound(
+            filePages.begin(), filePages.end(), handle,
+            [](PwDbHandle wanted, const PwDbFilePage& page) { return wanted < page.firstHandle; });
+        index = static_cast<size_t>(after - filePages.begin()) - 1;
+        lastPage = index;
+    }
     if (!makePage(index)) return nullptr;
     PwDbFilePage& page = filePages[index];
     // Handles in a page are mostly dense from its first one: try that place before bisecting.

@@ -89,6 +89,9 @@ struct PwDbDatabase::Records {
     size_t pendingCount = 0;
     /// A page's part of the index didn't read: its records are missing from the drawing.
     bool brokenIndex = false;
+    /// The page of the last handle found: records decoded one after another name handles
+    /// near each other.
+    size_t lastPage = 0;
     std::deque<PwDbStub> stubs;
     std::unordered_map<PwDbHandle, PwDbStub*> byHandle;
 

@@ -12,6 +12,15 @@
 
 namespace FileIO = Morvane::Plotwright::PAL::FileIO;
 
+namespace {
+
+// What is known of a class of the file: nothing yet, that this process makes its objects, or
+// that its records become proxies.
+constexpr uint8_t kOwnClass = 1;
+constexpr uint8_t kProxyClass = 2;
+
+}  // namespace
+
 PwDbPlwLazyRecords::PwDbPlwLazyRecords(PwDbPlwIndexedFront&& front, std::string&& wholeFile,
                                        wstring path)
     : m_front(std::move(front)),
@@ -123,13 +132,22 @@ Plotwright::ErrorStatus PwDbPlwLazyRecords::decode(PwDbDatabase& database, size_
     std::string_view values;
     if (auto status = stored(page, slot, chain, tags, values)) return status;
     const uint32_t classIndex = m_front.shapes[m_described[page]->places[slot].shape].classIndex;
+    std::unique_ptr<PwDbObject> made;
     if (!m_classResolved[classIndex]) {
+        // The class is looked up by name once per class of the file, and whether its
+        // records become proxies is learnt from the first.
         m_classes[classIndex] = pwdbClassForChain(*chain);
-        m_classResolved[classIndex] = 1;
+        made.reset(pwdbMakeObjectForChain(*chain, m_classes[classIndex]));
+        const bool proxy = PwDbProxyObject::cast(made.get()) != nullptr ||
+                           PwDbProxyEntity::cast(made.get()) != nullptr;
+        m_classResolved[classIndex] = proxy ? kProxyClass : kOwnClass;
+    } else if (m_classResolved[classIndex] == kOwnClass) {
+        made.reset(PwDbObject::cast(m_classes[classIndex]->create()));
+    } else {
+        made.reset(pwdbMakeObjectForChain(*chain, m_classes[classIndex]));
     }
-    std::unique_ptr<PwDbObject> made(pwdbMakeObjectForChain(*chain, m_classes[classIndex]));
-    if (PwDbProxyObject::cast(made.get()) != nullptr ||
-        PwDbProxyEntity::cast(made.get()) != nullptr) {
+    if (made == nullptr) return Plotwright::StatusBadFileFormat;
+    if (m_classResolved[classIndex] == kProxyClass) {
         // A proxy keeps the items its class's bases don't read, which only a memory filer
         // can hand over.
         std::vector<PwDbMemoryFiler::Item> items;
