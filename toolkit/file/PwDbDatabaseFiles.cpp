@@ -1,6 +1,7 @@
 // Reading and saving drawings: between the database, its image and the two file
 // formats.
 #include <algorithm>
+#include <limits>
 #include <string>
 #include <unordered_map>
 
@@ -115,84 +116,135 @@ ErrorStatus PwDbDatabase::captureImage(PwDbDrawingImage& image, int32_t version)
     return StatusOk;
 }
 
-ErrorStatus PwDbDatabase::encodeIndexed(int32_t version, std::string& bytes) const {
-    // Every record of the file goes out, decoded or not; a page whose records can't be known
-    // can't be saved.
-    m_records->makeAllPages();
-    if (m_records->brokenIndex) return Plotwright::StatusBadFileFormat;
-    std::vector<const PwDbStub*> order;
-    order.reserve(m_records->source ? m_records->source->recordCount() + m_records->stubs.size()
-                                    : m_records->stubs.size());
-    m_records->forEachFileStub([&order](const PwDbStub& stub) {
-        if (stub.object != nullptr || stub.pending) order.push_back(&stub);
-    });
-    for (const PwDbStub& stub : m_records->stubs) {
-        if (stub.object != nullptr) order.push_back(&stub);
+namespace {
+
+// Writes a drawing's records into an indexed file: a live object packed from its fields, a
+// record never decoded from its stored bytes, and a page of the file read whose records were
+// all left alone copied whole, check and index included.
+class IndexedSaver {
+  public:
+    IndexedSaver(PwDbDatabase& database, PwDbPlwLazyRecords* source)
+        : m_source(source), m_filer(&database) {
+        // The file's own tables first, so that the indexes of its pages stay good.
+        if (source != nullptr) m_writer.adoptTables(source->classes(), source->shapes());
     }
-    // The file's records are in handle order already; only those made since need placing.
-    if (!m_records->stubs.empty()) {
-        std::sort(order.begin(), order.end(),
-                  [](const PwDbStub* a, const PwDbStub* b) { return a->handle < b->handle; });
-    }
-    auto* source = static_cast<PwDbPlwLazyRecords*>(m_records->source.get());
-    PwDbPlwIndexedWriter writer;
-    // Classes are named once per class: live objects by their class, stored records by their
-    // chain in the file read.
-    std::unordered_map<const void*, uint32_t> classIndex;
-    PwDbPlwPackingFiler filer(const_cast<PwDbDatabase*>(this));
-    for (const PwDbStub* stub : order) {
+
+    ErrorStatus addRecord(const PwDbStub& stub, const PwDbFilePage* page) {
         const void* classKey = nullptr;
         std::string_view tags;
         std::string_view values;
         const std::vector<wstring>* storedChain = nullptr;
-        std::vector<wstring> chain;
         bool erased = false;
-        if (stub->pending) {
+        if (stub.pending) {
             // Never decoded, so never changed: its stored bytes are written again as they are.
-            const PwDbFilePage& page = m_records->filePages[stub->filePage];
-            if (auto status = source->stored(stub->filePage,
-                                             static_cast<size_t>(stub - page.stubs.get()),
-                                             storedChain, tags, values)) {
+            if (auto status = m_source->stored(stub.filePage,
+                                               static_cast<size_t>(&stub - page->stubs.get()),
+                                               storedChain, tags, values)) {
                 return status;
             }
             classKey = storedChain;
-            erased = stub->storedErased;
+            erased = stub.storedErased;
         } else {
-            const PwDbObject& object = *stub->object;
-            filer.clear();
-            if (auto status = object.plwOutFields(&filer)) return status;
-            tags = filer.tags();
-            values = filer.values();
+            const PwDbObject& object = *stub.object;
+            m_filer.clear();
+            if (auto status = object.plwOutFields(&m_filer)) return status;
+            tags = m_filer.tags();
+            values = m_filer.values();
+            // A proxy's class is its chain, not the proxy class: no key, asked every time.
             const bool proxy = PwDbProxyObject::cast(&object) != nullptr ||
                                PwDbProxyEntity::cast(&object) != nullptr;
-            if (proxy) {
-                chain = pwdbClassChainOf(object);
-            } else {
-                classKey = object.runtimeClass();
-            }
+            if (!proxy) classKey = object.runtimeClass();
             erased = object.isErased();
         }
         uint32_t cls = UINT32_MAX;
-        if (classKey != nullptr) {
-            const auto found = classIndex.find(classKey);
-            if (found != classIndex.end()) {
-                cls = found->second;
-            } else {
-                cls = writer.classFor(storedChain ? *storedChain
-                                                  : pwdbClassChainOf(*stub->object));
-                classIndex.emplace(classKey, cls);
-            }
+        const auto found = classKey != nullptr ? m_classIndex.find(classKey) : m_classIndex.end();
+        if (found != m_classIndex.end()) {
+            cls = found->second;
         } else {
-            cls = writer.classFor(chain);
+            cls = m_writer.classFor(storedChain ? *storedChain : pwdbClassChainOf(*stub.object));
+            if (classKey != nullptr) m_classIndex.emplace(classKey, cls);
         }
-        if (cls == UINT32_MAX || !writer.add(stub->handle, erased, writer.shapeFor(cls, tags),
-                                             values)) {
+        if (cls == UINT32_MAX ||
+            !m_writer.add(stub.handle, erased, m_writer.shapeFor(cls, tags), values)) {
             return Plotwright::StatusInvalidInput;
         }
+        return StatusOk;
+    }
+
+    ErrorStatus addStoredPage(size_t page) {
+        std::string_view pageAndCheck;
+        std::string_view run;
+        const PwDbPlwPageRecords* records = nullptr;
+        if (auto status = m_source->storedPage(page, pageAndCheck, run, records)) return status;
+        if (!m_writer.addPage(pageAndCheck, run, *records)) return Plotwright::StatusInvalidInput;
+        return StatusOk;
+    }
+
+    ErrorStatus finish(const PwDbDrawingImage& head, std::string& bytes) {
+        return m_writer.finish(head, bytes);
+    }
+
+  private:
+    PwDbPlwLazyRecords* m_source;
+    PwDbPlwIndexedWriter m_writer;
+    // Classes are named once per class: live objects by their class, stored records by their
+    // chain in the file read.
+    std::unordered_map<const void*, uint32_t> m_classIndex;
+    PwDbPlwPackingFiler m_filer;
+};
+
+bool AllPending(const PwDbFilePage& page) {
+    if (!page.stubs) return true;
+    for (uint32_t i = 0; i < page.count; ++i) {
+        if (!page.stubs[i].pending) return false;
+    }
+    return true;
+}
+
+}  // namespace
+
+ErrorStatus PwDbDatabase::encodeIndexed(int32_t version, std::string& bytes) const {
+    auto* source = static_cast<PwDbPlwLazyRecords*>(m_records->source.get());
+    if (m_records->brokenIndex) return Plotwright::StatusBadFileFormat;
+    IndexedSaver saver(const_cast<PwDbDatabase&>(*this), source);
+    // Records made since the file was read, in handle order, go between the file's pages.
+    std::vector<const PwDbStub*> made;
+    for (const PwDbStub& stub : m_records->stubs) {
+        if (stub.object != nullptr) made.push_back(&stub);
+    }
+    std::sort(made.begin(), made.end(),
+              [](const PwDbStub* a, const PwDbStub* b) { return a->handle < b->handle; });
+    size_t next = 0;
+    auto& pages = m_records->filePages;
+    for (size_t index = 0; index < pages.size(); ++index) {
+        const PwDbFilePage& page = pages[index];
+        const PwDbHandle end = index + 1 < pages.size() ? pages[index + 1].firstHandle
+                                                        : std::numeric_limits<PwDbHandle>::max();
+        while (next < made.size() && made[next]->handle < page.firstHandle) {
+            if (auto status = saver.addRecord(*made[next++], nullptr)) return status;
+        }
+        // A page none of whose records was decoded, and among whose handles nothing new
+        // stands, goes out as it came in.
+        if (AllPending(page) && (next == made.size() || made[next]->handle >= end)) {
+            if (auto status = saver.addStoredPage(index)) return status;
+            continue;
+        }
+        if (!m_records->makePage(index)) return Plotwright::StatusBadFileFormat;
+        for (uint32_t i = 0; i < page.count; ++i) {
+            const PwDbStub& stub = page.stubs[i];
+            while (next < made.size() && made[next]->handle < stub.handle) {
+                if (auto status = saver.addRecord(*made[next++], nullptr)) return status;
+            }
+            if (stub.object == nullptr && !stub.pending) continue;
+            if (auto status = saver.addRecord(stub, &page)) return status;
+        }
+    }
+    while (next < made.size()) {
+        if (auto status = saver.addRecord(*made[next++], nullptr)) return status;
     }
     PwDbDrawingImage head;
     captureHead(head, version);
-    return writer.finish(head, bytes);
+    return saver.finish(head, bytes);
 }
 
 ErrorStatus PwDbDatabase::loadImage(const PwDbDrawingImage& image) {

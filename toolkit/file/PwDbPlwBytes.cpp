@@ -20,6 +20,11 @@ uint32_t pwdbPlwCrc32(std::string_view data) {
     return static_cast<uint32_t>(crc);
 }
 
+uint32_t pwdbPlwCrc32Combine(uint32_t first, uint32_t second, uint64_t secondLength) {
+    return static_cast<uint32_t>(
+        crc32_combine64(first, second, static_cast<z_off64_t>(secondLength)));
+}
+
 void PwDbPlwWriter::units(const wstring& text) {
     if constexpr (std::endian::native == std::endian::little) {
         m_bytes.append(reinterpret_cast<const char*>(text.data()), text.size() * 2);

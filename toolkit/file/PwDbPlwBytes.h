@@ -19,6 +19,9 @@
 
 /// The CRC-32 of `data`, as zlib's crc32 computes it.
 uint32_t pwdbPlwCrc32(std::string_view data);
+/// The CRC-32 of two runs of bytes one after the other, from the CRC-32 of each and the
+/// length of the second: a file's checksum of pages already checked, without reading them.
+uint32_t pwdbPlwCrc32Combine(uint32_t first, uint32_t second, uint64_t secondLength);
 
 /// Whether `stored` is the CRC-32 of `data`. A fuzzing build (PWDB_FUZZING_ACCEPTS_ANY_CHECKSUM)
 /// takes every checksum as sound, so that mutated inputs reach the decoders behind the checks

@@ -364,6 +364,52 @@ uint32_t PwDbPlwIndexedWriter::shapeFor(uint32_t classIndex, std::string_view ta
     return at->second;
 }
 
+void PwDbPlwIndexedWriter::adoptTables(const std::vector<std::vector<wstring>>& classes,
+                                       const std::vector<PwDbPlwShape>& shapes) {
+    for (const auto& chain : classes) {
+        m_classByKey.try_emplace(ClassKey(chain), static_cast<uint32_t>(m_classes.size()));
+        m_classes.push_back(chain);
+        m_classRecords.push_back(0);
+    }
+    for (const PwDbPlwShape& shape : shapes) {
+        std::string key(reinterpret_cast<const char*>(&shape.classIndex), sizeof shape.classIndex);
+        key.append(shape.tags);
+        m_shapeByKey.try_emplace(std::move(key), static_cast<uint32_t>(m_shapes.size()));
+        m_shapes.push_back(shape);
+    }
+}
+
+bool PwDbPlwIndexedWriter::addPage(std::string_view pageAndCheck, std::string_view run,
+                                   const PwDbPlwPageRecords& records) {
+    if (records.handles.empty() || records.handles.front() <= m_lastHandle ||
+        pageAndCheck.size() < 4 || pageAndCheck.size() - 4 > kMost32) {
+        return false;
+    }
+    for (const PwDbPlwRecordPlace& place : records.places) {
+        if (place.shape >= m_shapes.size()) return false;
+    }
+    closePage();
+    for (const PwDbPlwRecordPlace& place : records.places) {
+        ++m_classRecords[m_shapes[place.shape].classIndex];
+    }
+    m_pages.append(pageAndCheck);
+    m_runs.append(run);
+    notePage(static_cast<uint32_t>(LittleAt(pageAndCheck, pageAndCheck.size() - 4, 4)),
+             pageAndCheck.size() - 4);
+    PwDbPlwWriter table(m_pageTable);
+    table.varint(records.handles.size());
+    table.varint(pageAndCheck.size() - 4);
+    table.varint(records.handles.front() - m_previousPageFirst);
+    table.varint(run.size());
+    m_previousPageFirst = records.handles.front();
+    m_runStart = m_runs.size();
+    m_pageStart = m_pages.size();
+    m_lastHandle = records.handles.back();
+    m_recordCount += records.handles.size();
+    ++m_pageCount;
+    return true;
+}
+
 bool PwDbPlwIndexedWriter::add(PwDbHandle handle, bool erased, uint32_t shape,
                                std::string_view values) {
     if (handle <= m_lastHandle || values.size() > kMost32 || shape >= m_shapes.size()) {
@@ -383,11 +429,21 @@ bool PwDbPlwIndexedWriter::add(PwDbHandle handle, bool erased, uint32_t shape,
     return true;
 }
 
+void PwDbPlwIndexedWriter::notePage(uint32_t pageCrc, size_t pageLength) {
+    // The page's bytes, then its check's four bytes.
+    const char check[4] = {static_cast<char>(pageCrc), static_cast<char>(pageCrc >> 8),
+                           static_cast<char>(pageCrc >> 16), static_cast<char>(pageCrc >> 24)};
+    m_pagesCrc = pwdbPlwCrc32Combine(m_pagesCrc, pageCrc, pageLength);
+    m_pagesCrc = pwdbPlwCrc32Combine(m_pagesCrc, pwdbPlwCrc32(std::string_view(check, 4)), 4);
+}
+
 void PwDbPlwIndexedWriter::closePage() {
     if (m_pageRecords == 0) return;
     const size_t length = m_pages.size() - m_pageStart;
+    const uint32_t pageCrc = pwdbPlwCrc32(std::string_view(m_pages).substr(m_pageStart, length));
     PwDbPlwWriter pages(m_pages);
-    pages.u32(pwdbPlwCrc32(std::string_view(m_pages).substr(m_pageStart, length)));
+    pages.u32(pageCrc);
+    notePage(pageCrc, length);
     PwDbPlwWriter table(m_pageTable);
     table.varint(m_pageRecords);
     table.varint(length);
@@ -428,9 +484,11 @@ ErrorStatus PwDbPlwIndexedWriter::finish(const PwDbDrawingImage& head, std::stri
     if (head.preview && !pwdbPlwWritePreview(out, *head.preview)) {
         return Plotwright::StatusInvalidInput;
     }
-    start = pwdbPlwBeginSection(out, kPwDbPlwObjectsTag);
+    // The objects section's checksum is made of the pages' own, not read again.
+    out.u32(kPwDbPlwObjectsTag);
+    out.u64(m_pages.size());
     out.raw(m_pages);
-    pwdbPlwEndSection(out, start);
+    out.u32(m_pagesCrc);
     pwdbPlwEndSection(out, pwdbPlwBeginSection(out, kPwDbPlwEndTag));
     pwdbPlwWriteHeader(file, head.version, kPwDbPlwIndexedRevision, sectionsOffset);
     bytes.swap(file);

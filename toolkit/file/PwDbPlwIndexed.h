@@ -116,6 +116,16 @@ class PwDbPlwIndexedWriter {
     uint32_t classFor(const std::vector<wstring>& chain);
     /// The index of the shape of class `classIndex` with item tags `tags`, added when new.
     uint32_t shapeFor(uint32_t classIndex, std::string_view tags);
+    /// Starts the class table with `classes` and `shapes`, those of a file read, so that its
+    /// pages can be copied with addPage. Only before anything else is added.
+    void adoptTables(const std::vector<std::vector<wstring>>& classes,
+                     const std::vector<PwDbPlwShape>& shapes);
+    /// Adds a page of a file read, as it was: its bytes followed by their CRC-32
+    /// (`pageAndCheck`), its part of the record index (`run`) and what that part says
+    /// (`records`). The tables must be that file's (adoptTables). False (nothing added) when
+    /// its first handle isn't above the last one added.
+    bool addPage(std::string_view pageAndCheck, std::string_view run,
+                 const PwDbPlwPageRecords& records);
     /// Adds a record; false (and nothing added) when `handle` isn't above the last one added.
     bool add(PwDbHandle handle, bool erased, uint32_t shape, std::string_view values);
     /// Writes the file of `head` (its objects ignored) and the records added into `bytes`.
@@ -141,6 +151,11 @@ class PwDbPlwIndexedWriter {
     size_t m_pageStart = 0;
     uint64_t m_pageRecords = 0;
     PwDbHandle m_lastHandle = 0;
+    /// The CRC-32 of the pages so far, their checks included: the objects section's checksum,
+    /// made of the pages' own.
+    uint32_t m_pagesCrc = 0;
+
+    void notePage(uint32_t pageCrc, size_t pageLength);
 };
 
 /// Encodes `image` in layout revision 2, as pwdbEncodePlw does in revision 1.

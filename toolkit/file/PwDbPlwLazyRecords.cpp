@@ -124,6 +124,23 @@ Plotwright::ErrorStatus PwDbPlwLazyRecords::stored(size_t page, size_t slot,
     return Plotwright::StatusOk;
 }
 
+Plotwright::ErrorStatus PwDbPlwLazyRecords::storedPage(size_t page,
+                                                       std::string_view& pageAndCheck,
+                                                       std::string_view& run,
+                                                       const PwDbPlwPageRecords*& records) {
+    std::string_view bytes;
+    // The handles are read again: the description kept for decoding holds none.
+    if (!pwdbPlwReadPageRecords(m_front, page, m_copied) || !pageBytes(page, bytes)) {
+        return Plotwright::StatusBadFileFormat;
+    }
+    // The check follows the page's bytes wherever they are kept, and was verified with them.
+    pageAndCheck = std::string_view(bytes.data(), bytes.size() + 4);
+    const PwDbPlwPage& described = m_front.pages[page];
+    run = std::string_view(m_front.runs).substr(described.runOffset, described.runLength);
+    records = &m_copied;
+    return Plotwright::StatusOk;
+}
+
 Plotwright::ErrorStatus PwDbPlwLazyRecords::decode(PwDbDatabase& database, size_t page,
                                                    size_t slot, PwDbObject*& object) {
     object = nullptr;

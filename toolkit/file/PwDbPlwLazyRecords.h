@@ -51,6 +51,14 @@ class PwDbPlwLazyRecords final : public PwDbRecordSource {
     Plotwright::ErrorStatus stored(size_t page, size_t slot, const std::vector<wstring>*& chain,
                                    std::string_view& tags, std::string_view& values);
 
+    /// A page as stored, for a save that copies it whole: its bytes followed by their check,
+    /// its part of the record index, and what that part says (valid until the next call).
+    /// StatusBadFileFormat when the page or its part of the index can't be had.
+    Plotwright::ErrorStatus storedPage(size_t page, std::string_view& pageAndCheck,
+                                       std::string_view& run, const PwDbPlwPageRecords*& records);
+    const std::vector<std::vector<wstring>>& classes() const { return m_front.classes; }
+    const std::vector<PwDbPlwShape>& shapes() const { return m_front.shapes; }
+
   private:
     /// The index's description of page `page`, read once; null when it isn't sound.
     const PwDbPlwPageRecords* described(size_t page);
@@ -75,4 +83,5 @@ class PwDbPlwLazyRecords final : public PwDbRecordSource {
     std::vector<uint8_t> m_namesAnswer;
     size_t m_cachedPage = SIZE_MAX;
     std::string m_cached;
+    PwDbPlwPageRecords m_copied;
 };
