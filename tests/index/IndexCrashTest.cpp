@@ -6,6 +6,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <random>
@@ -35,7 +36,7 @@ TEST_F(IndexCrash, KilledRunsLeaveAnIndexThatOpensAndTheNextRunCompletes) {
     // How long a whole run from nothing takes here, to spread the kills over it.
     const auto start = std::chrono::steady_clock::now();
     LodeQDBIndex::UpdateIndex(Options(folder + "/timing.sqlite"));
-    const auto whole = std::chrono::duration_cast<std::chrono::microseconds>(
+    auto whole = std::chrono::duration_cast<std::chrono::microseconds>(
                            std::chrono::steady_clock::now() - start)
                            .count();
     const auto drawings = lodeqdbtest::FilesWithExtension(store, ".plw");
@@ -62,8 +63,14 @@ TEST_F(IndexCrash, KilledRunsLeaveAnIndexThatOpensAndTheNextRunCompletes) {
         ::kill(child, SIGKILL);
         int status = 0;
         ASSERT_EQ(waitpid(child, &status, 0), child);
-        if (WIFSIGNALED(status)) ++killedWhileRunning;
-        else ASSERT_EQ(WEXITSTATUS(status), 0) << "run " << kill;
+        if (WIFSIGNALED(status)) {
+            ++killedWhileRunning;
+        } else {
+            ASSERT_EQ(WEXITSTATUS(status), 0) << "run " << kill;
+            // Runs go faster than the first one measured (a warm cache, a machine less busy):
+            // the kills come sooner from now on, so that most still land inside a run.
+            whole = std::max<decltype(whole)>(whole / 2, 1);
+        }
         // Whatever moment it died at, the index opens and answers as of its last commit.
         if (FILE* exists = std::fopen(database.c_str(), "rb")) {
             std::fclose(exists);
