@@ -63,9 +63,13 @@ class LazyReading : public lodeqdbtest::TempFolderTest {
     // Where the record of `handle` lies in the file `name`: its page's first byte and length.
     std::pair<uint64_t, uint32_t> PageOf(const std::string& name, PwDbHandle handle) {
         const PwDbPlwIndexedFront front = Front(name);
+        const std::string bytes = Read(name);
         for (size_t page = 0; page < front.pages.size(); ++page) {
             PwDbPlwPageRecords records;
-            EXPECT_TRUE(pwdbPlwReadPageRecords(front, page, records));
+            const PwDbPlwPage& described = front.pages[page];
+            EXPECT_TRUE(pwdbPlwReadPageRecords(
+                front, page, std::string_view(bytes).substr(described.runOffset, described.runLength),
+                records));
             for (const PwDbHandle held : records.handles) {
                 if (held == handle) return {front.pages[page].offset, front.pages[page].length};
             }
@@ -197,6 +201,29 @@ TEST_F(LazyReading, ADamagedRecordIsFoundWhenItIsNeeded) {
     EXPECT_EQ(drawing.closeInput(true), Plotwright::StatusBadFileFormat);
     EXPECT_FALSE(drawing.getPwDbObjectId(damaged).isValid());
     EXPECT_EQ(OpenLine(drawing, lines.back()), StatusOk);
+}
+
+TEST_F(LazyReading, ADamagedPartOfTheIndexIsFoundWhenItIsNeeded) {
+    const auto lines = SaveLines("a.plw");
+    const PwDbPlwIndexedFront front = Front("a.plw");
+    ASSERT_GT(front.pages.size(), 4u);
+    // The run of a page in the middle: the index's part that names its records.
+    const PwDbPlwPage& page = front.pages[front.pages.size() / 2];
+    std::string run = Read("a.plw").substr(page.runOffset, page.runLength);
+    run[0] = static_cast<char>(run[0] ^ 0x01);
+    Overwrite("a.plw", page.runOffset, run);
+
+    PwDbDatabase drawing(false, true);
+    ASSERT_EQ(drawing.readPlwFile(Path("a.plw").c_str(), PwDbDatabase::OpenModeShareRead),
+              StatusOk);
+    EXPECT_EQ(OpenLine(drawing, lines[0]), StatusOk);
+    EXPECT_EQ(OpenLine(drawing, page.firstHandle), Plotwright::StatusBadFileFormat);
+    EXPECT_EQ(OpenLine(drawing, lines.back()), StatusOk);
+    Write("target.plw", "old bytes");
+    EXPECT_EQ(drawing.saveAs(Path("target.plw").c_str(), false, PwDb::PwDbPlwVersionCurrent),
+              Plotwright::StatusBadFileFormat);
+    EXPECT_EQ(Read("target.plw"), "old bytes");
+    EXPECT_EQ(drawing.closeInput(true), Plotwright::StatusBadFileFormat);
 }
 
 TEST_F(LazyReading, AFileTruncatedUnderAPartlyReadDrawingGivesStatuses) {

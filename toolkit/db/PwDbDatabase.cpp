@@ -185,7 +185,14 @@ PwDbObjectId PwDbDatabase::getPwDbObjectId(PwDbHandle handle, bool createIfMissi
     if (const auto found = m_records->byHandle.find(handle); found != m_records->byHandle.end()) {
         return PwDbObjectId(found->second);
     }
-    return createIfMissing ? PwDbObjectId(&newStub(handle)) : PwDbObjectId();
+    // A handle among those of a page of the file whose index can't be read may name a record
+    // of it: it gets an id whose object can't be had, and opening it says so.
+    const size_t page = m_records->pageOf(handle);
+    const bool unreadable = page != SIZE_MAX && m_records->filePages[page].broken;
+    if (!createIfMissing && !unreadable) return PwDbObjectId();
+    PwDbStub& made = newStub(handle);
+    made.unreadable = unreadable;
+    return PwDbObjectId(&made);
 }
 
 Plotwright::ErrorStatus PwDbDatabase::getFilename(const char16_t*& name) const {
@@ -297,8 +304,8 @@ void pwdbForEachStub(const PwDbDatabase& database,
 
 PwDbRecordSource::~PwDbRecordSource() = default;
 
-PwDbStub* PwDbDatabase::Records::findFileStub(PwDbHandle handle) {
-    if (filePages.empty() || handle < filePages.front().firstHandle) return nullptr;
+size_t PwDbDatabase::Records::pageOf(PwDbHandle handle) {
+    if (filePages.empty() || handle < filePages.front().firstHandle) return SIZE_MAX;
     // The last page whose first handle isn't past `handle`: the page of the last look-up
     // when it is that one, else found by bisection.
     size_t index = lastPage;
@@ -310,7 +317,12 @@ PwDbStub* PwDbDatabase::Records::findFileStub(PwDbHandle handle) {
         index = static_cast<size_t>(after - filePages.begin()) - 1;
         lastPage = index;
     }
-    if (!makePage(index)) return nullptr;
+    return index;
+}
+
+PwDbStub* PwDbDatabase::Records::findFileStub(PwDbHandle handle) {
+    const size_t index = pageOf(handle);
+    if (index == SIZE_MAX || !makePage(index)) return nullptr;
     PwDbFilePage& page = filePages[index];
     // Handles in a page are mostly dense from its first one: try that place before bisecting.
     const PwDbHandle offset = handle - page.firstHandle;
@@ -325,13 +337,14 @@ PwDbStub* PwDbDatabase::Records::findFileStub(PwDbHandle handle) {
 bool PwDbDatabase::Records::makePage(size_t index) {
     PwDbFilePage& page = filePages[index];
     if (page.stubs) return true;
-    if (brokenIndex && page.count == 0) return false;
+    if (page.broken) return false;
     std::vector<PwDbHandle> handles;
     std::vector<uint8_t> erased;
     if (!source->pageRecords(index, handles, erased)) {
         // The page's records can't be known: they are missing, and the drawing says so when
         // it is let go.
         brokenIndex = true;
+        page.broken = true;
         pendingCount -= page.count;
         page.count = 0;
         return false;
@@ -399,6 +412,7 @@ size_t pwdbPendingRecordCount(const PwDbDatabase& database) {
 }
 
 PwDbObject* pwdbStubObject(const PwDbStub& stub, Plotwright::ErrorStatus* why) {
+    if (stub.unreadable && why != nullptr) *why = Plotwright::StatusBadFileFormat;
     if (!stub.pending) return stub.object;
     return stub.database->decodePending(const_cast<PwDbStub&>(stub), why);
 }

@@ -25,6 +25,9 @@ struct PwDbStub {
     bool pending = false;
     /// The erased flag the file holds for a pending record.
     bool storedErased = false;
+    /// The handle lies among the records of a page of the file whose part of the index
+    /// couldn't be read: the record is there but can't be had.
+    bool unreadable = false;
 };
 
 #include <deque>
@@ -74,6 +77,8 @@ struct PwDbFilePage {
     PwDbHandle firstHandle = 0;
     uint32_t count = 0;
     std::unique_ptr<PwDbStub[]> stubs;
+    /// Its part of the index couldn't be read: its records are missing (count is then 0).
+    bool broken = false;
 };
 
 /// A database's records. Those of the file read lazily sit in `filePages`, in handle order;
@@ -102,6 +107,8 @@ struct PwDbDatabase::Records {
     bool makePage(size_t page);
     /// Makes the records of every page.
     void makeAllPages();
+    /// The page whose handles `handle` would be among; SIZE_MAX before the first page.
+    size_t pageOf(PwDbHandle handle);
     /// Visits the file's records made so far, in handle order.
     template <class Visit>
     void forEachFileStub(Visit visit) {
@@ -113,7 +120,7 @@ struct PwDbDatabase::Records {
 };
 
 /// The object of `stub`, decoding a pending record first; null when there is none, or when
-/// the pending record couldn't be decoded (`why`, when given, then says why:
+/// the pending record couldn't be decoded or can't be had (`why`, when given, then says why:
 /// StatusBadFileFormat).
 PwDbObject* pwdbStubObject(const PwDbStub& stub, Plotwright::ErrorStatus* why = nullptr);
 

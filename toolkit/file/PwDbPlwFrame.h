@@ -27,6 +27,7 @@ inline constexpr uint32_t kPwDbPlwSettingsTag = pwdbPlwSectionTag("SETT");
 inline constexpr uint32_t kPwDbPlwClassesTag = pwdbPlwSectionTag("CLSS");
 inline constexpr uint32_t kPwDbPlwIndexTag = pwdbPlwSectionTag("INDX");
 inline constexpr uint32_t kPwDbPlwObjectsTag = pwdbPlwSectionTag("OBJS");
+inline constexpr uint32_t kPwDbPlwRunsTag = pwdbPlwSectionTag("RUNS");
 inline constexpr uint32_t kPwDbPlwPreviewTag = pwdbPlwSectionTag("PREV");
 inline constexpr uint32_t kPwDbPlwEndTag = pwdbPlwSectionTag("ENDS");
 /// A section's tag and length, before its payload.

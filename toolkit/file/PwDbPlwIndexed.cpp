@@ -96,9 +96,9 @@ bool ReadIndex(std::string_view payload, PwDbPlwIndexedFront& front) {
     PwDbPlwReader in(payload);
     uint64_t classes = 0;
     uint64_t pages = 0;
-    // A record takes at least 3 bytes of the index, a page 4, a class's count 1.
-    if (!in.varint(front.records) || front.records > in.left() / 3 || !in.varint(classes) ||
-        classes != front.classes.size()) {
+    // The number of records is bounded by the pages' runs, each record taking 3 bytes of its
+    // run at least, and the runs by the file's size (pwdbPlwReadIndexedFront).
+    if (!in.varint(front.records) || !in.varint(classes) || classes != front.classes.size()) {
         return false;
     }
     front.classRecords.resize(static_cast<size_t>(classes));
@@ -107,12 +107,13 @@ bool ReadIndex(std::string_view payload, PwDbPlwIndexedFront& front) {
         if (!in.varint(count) || count > front.records - counted) return false;
         counted += count;
     }
-    if (counted != front.records || !in.varint(pages) || pages > in.left() / 4) return false;
+    // A page's entry takes at least four one-byte numbers and its run's check.
+    if (counted != front.records || !in.varint(pages) || pages > in.left() / 8) return false;
     front.pages.resize(static_cast<size_t>(pages));
     counted = 0;
     PwDbHandle first = 0;
     uint64_t previousRecords = 0;
-    size_t runs = 0;
+    front.runsLength = 0;
     for (PwDbPlwPage& page : front.pages) {
         uint64_t records = 0;
         uint64_t length = 0;
@@ -122,7 +123,8 @@ bool ReadIndex(std::string_view payload, PwDbPlwIndexedFront& front) {
         if (!in.varint(records) || records == 0 || records > front.records - counted ||
             !in.varint(length) || length > kMost32 || !in.varint(step) || step == 0 ||
             step < previousRecords || step > std::numeric_limits<PwDbHandle>::max() - first ||
-            !in.varint(runLength) || runLength < 3 * records || runLength > in.left()) {
+            !in.varint(runLength) || records > runLength / 3 || runLength > kMost32 ||
+            !in.u32(page.runCrc)) {
             return false;
         }
         counted += records;
@@ -131,26 +133,25 @@ bool ReadIndex(std::string_view payload, PwDbPlwIndexedFront& front) {
         page.length = static_cast<uint32_t>(length);
         page.records = static_cast<uint32_t>(records);
         page.firstHandle = first;
-        page.runOffset = runs;
-        page.runLength = static_cast<size_t>(runLength);
-        runs += page.runLength;
+        page.runOffset = front.runsLength;
+        page.runLength = static_cast<uint32_t>(runLength);
+        front.runsLength += runLength;
     }
-    if (counted != front.records || runs != in.left()) return false;
-    std::string_view rest;
-    in.view(in.left(), rest);
-    front.runs.assign(rest);
-    return true;
+    return counted == front.records && in.left() == 0;
 }
 
 }  // namespace
 
-bool pwdbPlwReadPageRecords(const PwDbPlwIndexedFront& front, size_t page,
+bool pwdbPlwReadPageRecords(const PwDbPlwIndexedFront& front, size_t page, std::string_view run,
                             PwDbPlwPageRecords& records) {
     const PwDbPlwPage& described = front.pages[page];
+    if (run.size() != described.runLength || !pwdbPlwChecksumHolds(described.runCrc, run)) {
+        return false;
+    }
     const PwDbHandle limit = page + 1 < front.pages.size()
                                  ? front.pages[page + 1].firstHandle
                                  : std::numeric_limits<PwDbHandle>::max();
-    PwDbPlwReader in(std::string_view(front.runs).substr(described.runOffset, described.runLength));
+    PwDbPlwReader in(run);
     records.handles.resize(described.records);
     records.erased.resize(described.records);
     records.places.resize(described.records);
@@ -279,7 +280,13 @@ bool pwdbPlwReadIndexedFront(std::string_view front, uint64_t fileSize, PwDbPlwI
         page.offset = at;
         at += uint64_t{page.length} + 4;
     }
-    return at - pagesStart == length && at <= fileSize && fileSize - at == 4 + kEndSectionSize;
+    if (at - pagesStart != length || at > fileSize) return false;
+    // Then the objects section's check, the record index's section and the end section.
+    const uint64_t tail = 4 + kPwDbPlwSectionHeadSize + 4 + kEndSectionSize;
+    if (fileSize - at < tail || fileSize - at - tail != out.runsLength) return false;
+    out.runsOffset = at + 4 + kPwDbPlwSectionHeadSize;
+    for (PwDbPlwPage& page : out.pages) page.runOffset += out.runsOffset;
+    return true;
 }
 
 bool pwdbPlwPageSound(std::string_view pageAndCheck) {
@@ -292,14 +299,16 @@ bool pwdbPlwPageSound(std::string_view pageAndCheck) {
 bool pwdbPlwIndexedRecordsSound(std::string_view file, uint64_t pagesStart,
                                 const PwDbPlwIndexedFront& front) {
     // The objects section's own checksum covers all of its pages; then the end section.
-    const uint64_t objectsEnd = file.size() - 4 - kEndSectionSize;
+    const uint64_t objectsEnd = front.runsOffset - kPwDbPlwSectionHeadSize - 4;
     const std::string_view objects = file.substr(pagesStart, objectsEnd - pagesStart);
     PwDbPlwReader tail(file.substr(objectsEnd));
     uint32_t objectsCrc = 0;
+    PwDbPlwSection runs;
     PwDbPlwSection end;
     if (!tail.u32(objectsCrc) || !pwdbPlwChecksumHolds(objectsCrc, objects) ||
-        !pwdbPlwReadSoundSection(tail, end) || end.tag != kPwDbPlwEndTag ||
-        !end.payload.empty() || tail.left() != 0) {
+        !pwdbPlwReadSoundSection(tail, runs) || runs.tag != kPwDbPlwRunsTag ||
+        runs.payload.size() != front.runsLength || !pwdbPlwReadSoundSection(tail, end) ||
+        end.tag != kPwDbPlwEndTag || !end.payload.empty() || tail.left() != 0) {
         return false;
     }
     return std::all_of(front.pages.begin(), front.pages.end(), [file](const PwDbPlwPage& page) {
@@ -320,7 +329,12 @@ ErrorStatus pwdbPlwDecodeIndexed(std::string_view file, PwDbDrawingImage& image)
     PwDbPlwPageRecords records;
     size_t next = 0;
     for (size_t page = 0; page < front.pages.size(); ++page) {
-        if (!pwdbPlwReadPageRecords(front, page, records)) return Plotwright::StatusBadFileFormat;
+        const PwDbPlwPage& described = front.pages[page];
+        if (!pwdbPlwReadPageRecords(front, page,
+                                    file.substr(described.runOffset, described.runLength),
+                                    records)) {
+            return Plotwright::StatusBadFileFormat;
+        }
         for (size_t i = 0; i < records.handles.size(); ++i) {
             const PwDbPlwRecordPlace& place = records.places[i];
             const PwDbPlwShape& shape = front.shapes[place.shape];
@@ -401,6 +415,7 @@ bool PwDbPlwIndexedWriter::addPage(std::string_view pageAndCheck, std::string_vi
     table.varint(pageAndCheck.size() - 4);
     table.varint(records.handles.front() - m_previousPageFirst);
     table.varint(run.size());
+    table.u32(pwdbPlwCrc32(run));
     m_previousPageFirst = records.handles.front();
     m_runStart = m_runs.size();
     m_pageStart = m_pages.size();
@@ -449,6 +464,7 @@ void PwDbPlwIndexedWriter::closePage() {
     table.varint(length);
     table.varint(m_pageFirstHandle - m_previousPageFirst);
     table.varint(m_runs.size() - m_runStart);
+    table.u32(pwdbPlwCrc32(std::string_view(m_runs).substr(m_runStart)));
     m_previousPageFirst = m_pageFirstHandle;
     m_runStart = m_runs.size();
     ++m_pageCount;
@@ -479,7 +495,6 @@ ErrorStatus PwDbPlwIndexedWriter::finish(const PwDbDrawingImage& head, std::stri
     for (const uint64_t count : m_classRecords) out.varint(count);
     out.varint(m_pageCount);
     out.raw(m_pageTable);
-    out.raw(m_runs);
     pwdbPlwEndSection(out, start);
     if (head.preview && !pwdbPlwWritePreview(out, *head.preview)) {
         return Plotwright::StatusInvalidInput;
@@ -489,6 +504,10 @@ ErrorStatus PwDbPlwIndexedWriter::finish(const PwDbDrawingImage& head, std::stri
     out.u64(m_pages.size());
     out.raw(m_pages);
     out.u32(m_pagesCrc);
+    // The record index comes last: a reader reads a page's run when it first needs it.
+    start = pwdbPlwBeginSection(out, kPwDbPlwRunsTag);
+    out.raw(m_runs);
+    pwdbPlwEndSection(out, start);
     pwdbPlwEndSection(out, pwdbPlwBeginSection(out, kPwDbPlwEndTag));
     pwdbPlwWriteHeader(file, head.version, kPwDbPlwIndexedRevision, sectionsOffset);
     bytes.swap(file);

@@ -39,14 +39,15 @@ struct PwDbPlwRecordPlace {
 
 /// A page of records: where its first byte is in the file and how long it is (its CRC-32
 /// follows it), how many records it holds and the handle of the first, and where its records'
-/// part of the index lies in PwDbPlwIndexedFront::runs.
+/// part of the record index (its run) lies in the file, with that part's CRC-32.
 struct PwDbPlwPage {
     uint64_t offset = 0;
     uint32_t length = 0;
     uint32_t records = 0;
     PwDbHandle firstHandle = 0;
-    size_t runOffset = 0;
-    size_t runLength = 0;
+    uint64_t runOffset = 0;
+    uint32_t runLength = 0;
+    uint32_t runCrc = 0;
 };
 
 /// The records of one page as the index describes them, in rising handle order.
@@ -66,15 +67,17 @@ struct PwDbPlwIndexedFront {
     std::vector<uint64_t> classRecords;
     uint64_t records = 0;
     std::vector<PwDbPlwPage> pages;
-    /// The index's part per record, page after page; read a page at a time by
-    /// pwdbPlwReadPageRecords.
-    std::string runs;
+    /// Where the record index (RUNS) starts in the file and how long it is; read a page's
+    /// run at a time by pwdbPlwReadPageRecords.
+    uint64_t runsOffset = 0;
+    uint64_t runsLength = 0;
 };
 
-/// The records of page `page` of `front`, from its part of the index; false when that part
-/// isn't sound (handles not rising within the page or reaching the next page's first, a shape
-/// the file doesn't have, lengths that don't fill the page).
-bool pwdbPlwReadPageRecords(const PwDbPlwIndexedFront& front, size_t page,
+/// The records of page `page` of `front`, from its run (`run`, the bytes the page's entry
+/// points at); false when the run isn't sound (its CRC-32, handles not rising within the page
+/// or reaching the next page's first, a shape the file doesn't have, lengths that don't fill
+/// the page).
+bool pwdbPlwReadPageRecords(const PwDbPlwIndexedFront& front, size_t page, std::string_view run,
                             PwDbPlwPageRecords& records);
 
 /// How far the front of an indexed file runs, judged from its first bytes `prefix` (of a file
@@ -90,9 +93,9 @@ PwDbPlwFrontExtent pwdbPlwIndexedFrontExtent(std::string_view prefix, uint64_t f
 
 /// Reads the front of an indexed file: `front` holds its bytes from offset 0 to the extent's
 /// end at least. Checks the header, the application information, the settings, the class
-/// table, the index's checksum and its table of pages, the preview, and that the pages and
-/// the end section fill the file exactly; each page's part of the index is checked when it is
-/// read. False for anything unsound; `out` may then hold part.
+/// table, the index (its checksum and its table of pages), the preview, and that the pages,
+/// the record index and the end section fill the file exactly; each page and each run is
+/// checked when it is read. False for anything unsound; `out` may then hold part.
 bool pwdbPlwReadIndexedFront(std::string_view front, uint64_t fileSize, PwDbPlwIndexedFront& out);
 
 /// Whether `page` followed by its 4-byte CRC-32 (`pageAndCheck`) is sound.
@@ -100,7 +103,7 @@ bool pwdbPlwPageSound(std::string_view pageAndCheck);
 
 /// Whether the records of a whole indexed file `file`, whose front `front` was read and whose
 /// pages start at `pagesStart`, are sound: the objects section's check, every page's check,
-/// and the end section.
+/// the record index's section and every run's check, and the end section.
 bool pwdbPlwIndexedRecordsSound(std::string_view file, uint64_t pagesStart,
                                 const PwDbPlwIndexedFront& front);
 

@@ -56,10 +56,23 @@ bool PwDbPlwLazyRecords::readFromDisk(uint64_t offset, size_t count, std::string
     return file.readAt(offset, into.data(), count);
 }
 
+bool PwDbPlwLazyRecords::readPageRecords(size_t page, PwDbPlwPageRecords& records) {
+    const PwDbPlwPage& described = m_front.pages[page];
+    std::string_view run;
+    if (m_inMemory) {
+        run = std::string_view(m_whole).substr(described.runOffset, described.runLength);
+    } else if (readFromDisk(described.runOffset, described.runLength, m_run)) {
+        run = m_run;
+    } else {
+        return false;
+    }
+    return pwdbPlwReadPageRecords(m_front, page, run, records);
+}
+
 const PwDbPlwPageRecords* PwDbPlwLazyRecords::described(size_t page) {
     if (!m_described[page]) {
         auto records = std::make_unique<PwDbPlwPageRecords>();
-        if (!pwdbPlwReadPageRecords(m_front, page, *records)) return nullptr;
+        if (!readPageRecords(page, *records)) return nullptr;
         // The handles go to the database's records; the places and flags stay here.
         records->handles = {};
         m_described[page] = std::move(records);
@@ -70,17 +83,15 @@ const PwDbPlwPageRecords* PwDbPlwLazyRecords::described(size_t page) {
 bool PwDbPlwLazyRecords::pageRecords(size_t page, std::vector<PwDbHandle>& handles,
                                      std::vector<uint8_t>& erased) {
     PwDbPlwPageRecords records;
-    if (m_described[page] == nullptr && !pwdbPlwReadPageRecords(m_front, page, records)) {
-        return false;
-    }
+    if (m_described[page] == nullptr && !readPageRecords(page, records)) return false;
     if (m_described[page] == nullptr) {
         handles = std::move(records.handles);
         erased = records.erased;
         m_described[page] = std::make_unique<PwDbPlwPageRecords>(std::move(records));
         return true;
     }
-    // Described before (for handlesNaming): read the handles again.
-    if (!pwdbPlwReadPageRecords(m_front, page, records)) return false;
+    // Described before: read the handles again.
+    if (!readPageRecords(page, records)) return false;
     handles = std::move(records.handles);
     erased = std::move(records.erased);
     return true;
@@ -130,13 +141,14 @@ Plotwright::ErrorStatus PwDbPlwLazyRecords::storedPage(size_t page,
                                                        const PwDbPlwPageRecords*& records) {
     std::string_view bytes;
     // The handles are read again: the description kept for decoding holds none.
-    if (!pwdbPlwReadPageRecords(m_front, page, m_copied) || !pageBytes(page, bytes)) {
+    if (!readPageRecords(page, m_copied) || !pageBytes(page, bytes)) {
         return Plotwright::StatusBadFileFormat;
     }
     // The check follows the page's bytes wherever they are kept, and was verified with them.
     pageAndCheck = std::string_view(bytes.data(), bytes.size() + 4);
     const PwDbPlwPage& described = m_front.pages[page];
-    run = std::string_view(m_front.runs).substr(described.runOffset, described.runLength);
+    run = m_inMemory ? std::string_view(m_whole).substr(described.runOffset, described.runLength)
+                     : std::string_view(m_run);
     records = &m_copied;
     return Plotwright::StatusOk;
 }
@@ -214,7 +226,7 @@ void PwDbPlwLazyRecords::handlesNaming(const char16_t* className,
     }
     PwDbPlwPageRecords records;
     for (size_t page = 0; page < m_front.pages.size() && handles.size() < wanted; ++page) {
-        if (!pwdbPlwReadPageRecords(m_front, page, records)) continue;
+        if (!readPageRecords(page, records)) continue;
         for (size_t i = 0; i < records.handles.size(); ++i) {
             if (classNames(m_front.shapes[records.places[i].shape].classIndex, className)) {
                 handles.push_back(records.handles[i]);
@@ -230,14 +242,19 @@ Plotwright::ErrorStatus PwDbPlwLazyRecords::keepEverything() {
         m_inMemory = true;
         return Plotwright::StatusOk;
     }
+    // The pages and the record index behind them, in one read: their offsets now count from
+    // the first page.
     const uint64_t first = m_front.pages.front().offset;
-    const PwDbPlwPage& last = m_front.pages.back();
+    const uint64_t end = m_front.runsOffset + m_front.runsLength;
     std::string pages;
-    if (!readFromDisk(first, static_cast<size_t>(last.offset + last.length + 4 - first), pages)) {
+    if (!readFromDisk(first, static_cast<size_t>(end - first), pages)) {
         return Plotwright::StatusBadFileFormat;
     }
-    // Only the pages are kept: their offsets now count from the first page.
-    for (PwDbPlwPage& page : m_front.pages) page.offset -= first;
+    for (PwDbPlwPage& page : m_front.pages) {
+        page.offset -= first;
+        page.runOffset -= first;
+    }
+    m_front.runsOffset -= first;
     m_whole = std::move(pages);
     m_inMemory = true;
     m_held = File();

@@ -60,6 +60,9 @@ class PwDbPlwLazyRecords final : public PwDbRecordSource {
     const std::vector<PwDbPlwShape>& shapes() const { return m_front.shapes; }
 
   private:
+    /// Reads the run of page `page` (from memory or disk) into `records`; false when it can't
+    /// be had or isn't sound.
+    bool readPageRecords(size_t page, PwDbPlwPageRecords& records);
     /// The index's description of page `page`, read once; null when it isn't sound.
     const PwDbPlwPageRecords* described(size_t page);
     /// The bytes of page `page` without its check, read and checked; false when they can't
@@ -83,5 +86,6 @@ class PwDbPlwLazyRecords final : public PwDbRecordSource {
     std::vector<uint8_t> m_namesAnswer;
     size_t m_cachedPage = SIZE_MAX;
     std::string m_cached;
+    std::string m_run;
     PwDbPlwPageRecords m_copied;
 };
