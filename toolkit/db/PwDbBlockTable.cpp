@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <utility>
 
+#include <lodeqdb/lodeutil/Varint.h>
 #include <lodeqdb/toolkit/core/PwString.h>
 #include <lodeqdb/toolkit/db/PwDbBlockReference.h>
 #include <lodeqdb/toolkit/db/PwDbDatabase.h>
@@ -151,14 +152,16 @@ Plotwright::ErrorStatus PwDbBlockTableRecord::plwInFields(PwDbPlwFiler* filer) {
     if (auto status = filer->readInt32(count)) return status;
     if (count < 0) return Plotwright::StatusFilerError;
     std::vector<PwDbObjectId> entities;
-    std::vector<PwDbHandle> handles;
+    std::string handles;
+    size_t named = 0;
     const bool asHandles = filer->keepsIdsAsHandles();
     if (!asHandles) {
         entities.reserve(std::min(static_cast<size_t>(count), kPwDbMaxReserveBeforeItems));
     }
     if (asHandles) {
-        if (auto status = filer->readHandles(static_cast<size_t>(count), handles)) return status;
-        handles.erase(std::remove(handles.begin(), handles.end(), PwDbHandle{0}), handles.end());
+        if (auto status = filer->readPackedHandles(static_cast<size_t>(count), handles, named)) {
+            return status;
+        }
     }
     for (int32_t i = 0; !asHandles && i < count; ++i) {
         PwDbObjectId id;
@@ -173,6 +176,7 @@ Plotwright::ErrorStatus PwDbBlockTableRecord::plwInFields(PwDbPlwFiler* filer) {
     if (auto status = filer->readBool(unloaded)) return status;
     m_entities = std::move(entities);
     m_entityHandles = std::move(handles);
+    m_namedEntities = named;
     m_entitiesAsHandles = asHandles;
     m_layout = layout;
     m_pathName = std::move(pathName);
@@ -187,8 +191,11 @@ const std::vector<PwDbObjectId>& PwDbBlockTableRecord::entityIds() const {
         // Read lazily, the record lives in the database it was read into.
         PwDbDatabase* drawing = database();
         m_entities.clear();
-        m_entities.reserve(m_entityHandles.size());
-        for (const PwDbHandle handle : m_entityHandles) {
+        m_entities.reserve(m_namedEntities);
+        // The filer checked every number when it took them.
+        uint64_t handle = 0;
+        for (size_t at = 0; LodeUtil::ReadVarint(m_entityHandles, at, handle);) {
+            if (handle == 0) continue;
             m_entities.push_back(drawing ? drawing->getPwDbObjectId(handle, true) : PwDbObjectId());
         }
         m_entityHandles = {};

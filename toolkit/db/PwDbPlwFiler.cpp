@@ -14,13 +14,11 @@ Plotwright::ErrorStatus PwDbPlwFiler::readHandle(PwDbHandle& handle) {
     return Plotwright::StatusNotApplicable;
 }
 
-Plotwright::ErrorStatus PwDbPlwFiler::readHandles(size_t count, std::vector<PwDbHandle>& handles) {
-    for (size_t i = 0; i < count; ++i) {
-        PwDbHandle handle = 0;
-        if (auto status = readHandle(handle)) return status;
-        handles.push_back(handle);
-    }
-    return Plotwright::StatusOk;
+Plotwright::ErrorStatus PwDbPlwFiler::readPackedHandles(size_t, std::string& packed,
+                                                        size_t& named) {
+    packed.clear();
+    named = 0;
+    return Plotwright::StatusNotApplicable;
 }
 
 Plotwright::ErrorStatus PwDbPlwFiler::readString(wstring& text) {

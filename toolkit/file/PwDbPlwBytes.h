@@ -15,6 +15,7 @@
 #include <string>
 #include <string_view>
 
+#include <lodeqdb/lodeutil/Varint.h>
 #include <lodeqdb/lodeutil/WideString.h>
 
 /// The CRC-32 of `data`, as zlib's crc32 computes it.
@@ -100,18 +101,10 @@ class PwDbPlwReader {
     /// A number the writer's varint wrote; false for one that runs past the bytes, takes more
     /// than 10 bytes or doesn't fit in 64 bits.
     bool varint(uint64_t& value) {
-        uint64_t result = 0;
-        for (size_t i = 0; i < m_left && i < 10; ++i) {
-            const auto byte = static_cast<uint8_t>(m_next[i]);
-            if (i == 9 && byte > 1) return false;
-            result |= static_cast<uint64_t>(byte & 0x7F) << (7 * i);
-            if ((byte & 0x80) == 0) {
-                value = result;
-                advance(i + 1);
-                return true;
-            }
-        }
-        return false;
+        size_t at = 0;
+        if (!LodeUtil::ReadVarint(std::string_view(m_next, m_left), at, value)) return false;
+        advance(at);
+        return true;
     }
     /// The position of the next byte in the range read.
     const char* position() const { return m_next; }

@@ -292,23 +292,25 @@ Plotwright::ErrorStatus PwDbPlwUnpackingFiler::readHandle(PwDbHandle& handle) {
     return Plotwright::StatusOk;
 }
 
-Plotwright::ErrorStatus PwDbPlwUnpackingFiler::readHandles(size_t count,
-                                                      std::vector<PwDbHandle>& handles) {
-    // A block's list of a million entities is read here: the tags are checked in one pass and
-    // the values decoded in a tight loop, without a call per handle.
+Plotwright::ErrorStatus PwDbPlwUnpackingFiler::readPackedHandles(size_t count,
+                                                            std::string& packed,
+                                                            size_t& named) {
+    // A block's list of a million entities is taken here as its bytes: the tags checked in one
+    // pass, the values only measured (and checked) before they are copied.
     if (m_status != Plotwright::StatusOk || count > m_tags.size() || count > m_values.size() ||
         m_tags.find_first_not_of(static_cast<char>(kPwDbPlwTagHandle)) < count) {
         return fail();
     }
-    m_tags.remove_prefix(count);
-    handles.reserve(handles.size() + count);
-    PwDbPlwReader in(m_values);
+    size_t at = 0;
+    named = 0;
     for (size_t i = 0; i < count; ++i) {
         uint64_t value = 0;
-        if (!in.varint(value)) return fail();
-        handles.push_back(value);
+        if (!LodeUtil::ReadVarint(m_values, at, value)) return fail();
+        if (value != 0) ++named;
     }
-    m_values.remove_prefix(m_values.size() - in.left());
+    m_tags.remove_prefix(count);
+    packed.assign(m_values.substr(0, at));
+    m_values.remove_prefix(at);
     return Plotwright::StatusOk;
 }
 

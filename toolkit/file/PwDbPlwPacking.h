@@ -100,7 +100,8 @@ class PwDbPlwUnpackingFiler : public PwDbPlwFiler {
     Plotwright::ErrorStatus filerStatus() const override { return m_status; }
     PwDbDatabase* database() const override { return m_database; }
     Plotwright::ErrorStatus readHandle(PwDbHandle& handle) override;
-    Plotwright::ErrorStatus readHandles(size_t count, std::vector<PwDbHandle>& handles) override;
+    Plotwright::ErrorStatus readPackedHandles(size_t count, std::string& packed,
+                                              size_t& named) override;
     bool keepsIdsAsHandles() const override { return m_database != nullptr; }
 
     using PwDbPlwFiler::readString;

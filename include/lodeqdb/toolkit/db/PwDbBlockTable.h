@@ -29,6 +29,7 @@
 //   XrefResolved                xrefDatabase() holds the referenced drawing
 #pragma once
 
+#include <string>
 #include <vector>
 
 #include <lodeqdb/toolkit/core/PwArray.h>
@@ -85,7 +86,7 @@ class PwDbBlockTableRecord : public PwDbSymbolTableRecord {
     Plotwright::ErrorStatus appendPwDbEntity(PwDbEntity* entity);
     /// Number of entities, erased ones included.
     size_t numEntities() const {
-        return m_entitiesAsHandles ? m_entityHandles.size() : m_entities.size();
+        return m_entitiesAsHandles ? m_namedEntities : m_entities.size();
     }
 
     /// A new iterator over a snapshot of the entities, owned by the caller (delete it).
@@ -155,7 +156,8 @@ class PwDbBlockTableRecord : public PwDbSymbolTableRecord {
     mutable std::vector<PwDbObjectId> m_entities;
     // A drawing read lazily keeps its blocks' entities as handles until they are used: a
     // block of a million entities is read without making a record for each.
-    mutable std::vector<PwDbHandle> m_entityHandles;
+    mutable std::string m_entityHandles;
+    mutable size_t m_namedEntities = 0;
     mutable bool m_entitiesAsHandles = false;
     PwDbObjectId m_layout;
     wstring m_pathName;

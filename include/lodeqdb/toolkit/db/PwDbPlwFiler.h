@@ -14,11 +14,10 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <string>
 
 #include <lodeqdb/lodeutil/WideString.h>
 #include <lodeqdb/toolkit/pal/PwErrorStatus.h>
-#include <vector>
-
 #include <lodeqdb/toolkit/db/PwDbObjectId.h>
 #include <lodeqdb/toolkit/ge/PwGeGeometry.h>
 
@@ -59,8 +58,11 @@ class PwDbPlwFiler {
     /// of ids that an object resolves in database() when they are first used. Only filers
     /// whose keepsIdsAsHandles() is true take it; the others give StatusNotApplicable.
     virtual Plotwright::ErrorStatus readHandle(PwDbHandle& handle);
-    /// Reads `count` ids as handles, as readHandle does one, appending them to `handles`.
-    virtual Plotwright::ErrorStatus readHandles(size_t count, std::vector<PwDbHandle>& handles);
+    /// Reads `count` ids as handles, kept packed as varints (LodeUtil/Varint.h) in `packed`,
+    /// for a long list that is resolved only when used; `named` says how many aren't 0. Only
+    /// filers whose keepsIdsAsHandles() is true take it; the others give StatusNotApplicable.
+    virtual Plotwright::ErrorStatus readPackedHandles(size_t count, std::string& packed,
+                                                      size_t& named);
     /// Whether readHandle may be used: the filer reads an object into database(), where the
     /// object will live.
     virtual bool keepsIdsAsHandles() const { return false; }
