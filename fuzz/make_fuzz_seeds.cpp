@@ -1,6 +1,7 @@
 // make_fuzz_seeds FOLDER: writes small drawings in both formats as the fuzzers' seed corpus.
 #include <cstdio>
 #include <fstream>
+#include <iterator>
 #include <string>
 
 #include <lodeqdb/lodeutil/Utf.h>
@@ -54,7 +55,8 @@ int main(int argc, char** argv) {
     table.rows[1].cells[1].textStyle = style;
     PwDbAuthoring::addTable(*drawing, drawing->modelSpaceId(), table);
     int written = 0;
-    for (int version : {16, 21, 24, 29, 33}) {
+    constexpr int kVersions[] = {16, 21, 24, 29, 33};
+    for (int version : kVersions) {
         const std::string stem = folder + "/seed" + std::to_string(version);
         const auto v = static_cast<PwDb::PwDbPlwVersion>(version);
         written += drawing->saveAs(LodeUtil::Utf16FromUtf8(stem + ".plw").c_str(), false, v) == 0;
@@ -86,5 +88,8 @@ int main(int argc, char** argv) {
         written += WriteUtf16(folder + "/text" + std::to_string(index++) + ".mtext", text);
     }
     std::printf("%d seed files in %s\n", written, folder.c_str());
-    return written == 16 ? 0 : 1;
+    // Three drawings a version (native, exchange, native of whole records), the property sets
+    // and the formatted texts.
+    const int expected = static_cast<int>(3 * std::size(kVersions) + std::size(sets) + std::size(texts));
+    return written == expected ? 0 : 1;
 }
