@@ -38,20 +38,16 @@ ZipWriter::~ZipWriter() {
 }
 
 void ZipWriter::AddFile(const std::string& name, const std::string& nativeSource) {
-    zip_source_t* source = zip_source_file(Archive(archive_), nativeSource.c_str(), 0, -1);
-    if (source == nullptr)
-        throw std::runtime_error("can't add " + name + " to " + path_ + ": " +
-                                 Reason(Archive(archive_)));
-    if (zip_file_add(Archive(archive_), name.c_str(), source, ZIP_FL_ENC_GUESS) < 0) {
-        zip_source_free(source);
-        throw std::runtime_error("can't add " + name + " to " + path_ + ": " +
-                                 Reason(Archive(archive_)));
-    }
+    AddSource(name, zip_source_file(Archive(archive_), nativeSource.c_str(), 0, -1));
 }
 
 void ZipWriter::AddBytes(const std::string& name, const std::string& bytes) {
     const std::string& held = buffers_.emplace_back(bytes);
-    zip_source_t* source = zip_source_buffer(Archive(archive_), held.data(), held.size(), 0);
+    AddSource(name, zip_source_buffer(Archive(archive_), held.data(), held.size(), 0));
+}
+
+void ZipWriter::AddSource(const std::string& name, void* made) {
+    auto* source = static_cast<zip_source_t*>(made);
     if (source == nullptr)
         throw std::runtime_error("can't add " + name + " to " + path_ + ": " +
                                  Reason(Archive(archive_)));

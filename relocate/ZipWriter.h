@@ -26,6 +26,10 @@ class ZipWriter {
     void Commit();
 
   private:
+    /// Adds `made` (a zip_source_t of this archive, null when making it failed) as `name`;
+    /// throws as AddFile does.
+    void AddSource(const std::string& name, void* made);
+
     std::string path_;
     void* archive_ = nullptr;
     // Buffers libzip reads at commit; a list, so that they never move.
