@@ -92,7 +92,7 @@ Plotwright::ErrorStatus PwDbDatabase::addPwDbObjectWithHandle(PwDbObject* object
                                                               PwDbHandle handle) {
     if (object == nullptr) return Plotwright::StatusNullDatabase;
     if (object->m_stub != nullptr) return Plotwright::StatusAlreadyInDatabase;
-    if (handle == 0) return Plotwright::StatusInvalidInput;
+    if (handle == 0 || handle == kPwDbNoHandleAfter) return Plotwright::StatusInvalidInput;
     PwDbStub* stub = m_records->findFileStub(handle);
     if (stub != nullptr) {
         if (stub->object != nullptr || stub->pending) return Plotwright::StatusDuplicateKey;
@@ -180,7 +180,8 @@ void PwDbDatabase::discardObjectsFrom(PwDbHandle firstHandle, size_t stubCount) 
 }
 
 PwDbObjectId PwDbDatabase::getPwDbObjectId(PwDbHandle handle, bool createIfMissing) {
-    if (handle == 0) return PwDbObjectId();
+    // The largest handle would leave no handle for the next object: it names nothing.
+    if (handle == 0 || handle == kPwDbNoHandleAfter) return PwDbObjectId();
     if (PwDbStub* stub = m_records->findFileStub(handle)) return PwDbObjectId(stub);
     if (const auto found = m_records->byHandle.find(handle); found != m_records->byHandle.end()) {
         return PwDbObjectId(found->second);

@@ -407,7 +407,9 @@ ErrorStatus PwDbDatabase::readIndexed(const char16_t* path, IndexedRead& read) {
     // New objects get handles past every record of the file, whatever the handseed says.
     if (!records.filePages.empty() && records.makePage(records.filePages.size() - 1)) {
         const PwDbFilePage& last = records.filePages.back();
-        scratch.m_nextHandle = last.stubs[last.count - 1].handle + 1;
+        const PwDbHandle lastHandle = last.stubs[last.count - 1].handle;
+        if (lastHandle == kPwDbNoHandleAfter) return Plotwright::StatusBadFileFormat;
+        scratch.m_nextHandle = lastHandle + 1;
     }
     if (auto status = takeLoaded(scratch, head)) return status;
     noteRead(head, path, head.version);

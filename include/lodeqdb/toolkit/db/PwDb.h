@@ -6,6 +6,9 @@
 /// The toolkit's 64-bit object handle: unique within one database, never reused, kept
 /// through save and load. 0 is no handle.
 using PwDbHandle = uint64_t;
+/// The largest handle, which no object has: the handle after it would be 0. An id read for it
+/// is the null id, and an object can't be added under it.
+inline constexpr PwDbHandle kPwDbNoHandleAfter = UINT64_MAX;
 
 namespace PwDb {
 
