@@ -367,10 +367,15 @@ void PwDbDatabase::Records::makeAllPages() {
 }
 
 PwDbObject* PwDbDatabase::decodePending(PwDbStub& stub, Plotwright::ErrorStatus* why) {
+    if (stub.decodingNow || m_records->decodingDepth >= kPwDbMostNestedDecodes) return nullptr;
     const PwDbFilePage& page = m_records->filePages[stub.filePage];
     PwDbObject* made = nullptr;
+    stub.decodingNow = true;
+    ++m_records->decodingDepth;
     const Plotwright::ErrorStatus status = m_records->source->decode(
         *this, stub.filePage, static_cast<size_t>(&stub - page.stubs.get()), made);
+    --m_records->decodingDepth;
+    stub.decodingNow = false;
     if (status != Plotwright::StatusOk) {
         if (why != nullptr) *why = status;
         return nullptr;

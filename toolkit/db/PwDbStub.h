@@ -28,7 +28,12 @@ struct PwDbStub {
     /// The handle lies among the records of a page of the file whose part of the index
     /// couldn't be read: the record is there but can't be had.
     bool unreadable = false;
+    /// The pending record is being decoded now.
+    bool decodingNow = false;
 };
+
+/// The deepest that decoding one record may decode others inside it.
+inline constexpr size_t kPwDbMostNestedDecodes = 32;
 
 #include <deque>
 #include <functional>
@@ -97,6 +102,12 @@ struct PwDbDatabase::Records {
     /// The page of the last handle found: records decoded one after another name handles
     /// near each other.
     size_t lastPage = 0;
+    /// How many records are being decoded, one inside another (a table decodes its records
+    /// to know their names). Past kPwDbMostNestedDecodes, and for a record already being
+    /// decoded (a table that names itself), a record stays in the file until the decode
+    /// that needs it is done, as it would be in a file read whole: decoding never recurses
+    /// without bound.
+    size_t decodingDepth = 0;
     std::deque<PwDbStub> stubs;
     std::unordered_map<PwDbHandle, PwDbStub*> byHandle;
 
