@@ -16,6 +16,7 @@
 #include <lodeqdb/toolkit/db/PwDbAuthoring.h>
 #include <lodeqdb/toolkit/db/PwDbBlockTable.h>
 #include <lodeqdb/toolkit/db/PwDbCurves.h>
+#include <lodeqdb/toolkit/db/PwDbLayerTable.h>
 #include <lodeqdb/toolkit/db/PwDbObjectPointer.h>
 #include "toolkit/db/PwDbStub.h"
 #include "toolkit/file/PwDbPlwCodec.h"
@@ -314,6 +315,38 @@ TEST_F(LazyReading, RecordsOfEveryKindDecodeAsTheyWereWritten) {
     ASSERT_EQ(sample->captureImage(expected, PwDb::PwDbPlwVersionCurrent), StatusOk);
     ASSERT_EQ(drawing.captureImage(actual, PwDb::PwDbPlwVersionCurrent), StatusOk);
     pwdbfiletest::ExpectSameImage(expected, actual);
+}
+
+}  // namespace
+
+namespace {
+
+// A layer table that lists itself among its records: reading it lazily must not decode it
+// inside its own decoding.
+TEST_F(LazyReading, ATableThatListsItselfIsReadWithoutRecursing) {
+    auto drawing = PwDbAuthoring::createDrawing();
+    PwDbDrawingImage image;
+    ASSERT_EQ(drawing->captureImage(image, PwDb::PwDbPlwVersionCurrent), StatusOk);
+    const PwDbHandle table = drawing->layerTableId().handle();
+    bool listed = false;
+    for (PwDbObjectRecord& record : image.objects) {
+        if (record.handle != table) continue;
+        // owner, reactor count, record count, the records: one more, the table itself.
+        auto& count = std::get<int32_t>(record.data[2]);
+        ++count;
+        record.data.insert(record.data.begin() + 3, PwDbMemoryFiler::Handle{table});
+        listed = true;
+    }
+    ASSERT_TRUE(listed);
+    std::string bytes;
+    ASSERT_EQ(pwdbEncodePlwIndexed(image, bytes), StatusOk);
+    Write("self.plw", bytes);
+    PwDbDatabase read(false, true);
+    ASSERT_EQ(read.readPlwFile(Path("self.plw").c_str(), PwDbDatabase::OpenModeAlternate),
+              StatusOk);
+    PwDbObjectPointer<PwDbLayerTable> layers(read.layerTableId(), PwDb::OpenForRead);
+    ASSERT_EQ(layers.openStatus(), StatusOk);
+    EXPECT_TRUE(layers->has(u"0"));
 }
 
 }  // namespace
