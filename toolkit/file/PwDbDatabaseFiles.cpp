@@ -19,17 +19,12 @@
 #include "toolkit/file/PwDbPlwIndexed.h"
 #include "toolkit/file/PwDbPlwLazyRecords.h"
 #include "toolkit/file/PwDbPlwPacking.h"
-#include "toolkit/file/PwDbPlxCodec.h"
 
 namespace FileIO = Morvane::Plotwright::PAL::FileIO;
 using Plotwright::ErrorStatus;
 using Plotwright::StatusOk;
 
 namespace {
-
-bool IsWritableVersion(int32_t version) {
-    return version >= kPwDbOldestVersion && version <= kPwDbNewestVersion;
-}
 
 // Files are read whole up to this size at most, as every file of the toolkit.
 constexpr uint64_t kMostFileBytes = uint64_t{1} << 34;
@@ -88,31 +83,33 @@ void PwDbDatabase::captureHead(PwDbDrawingImage& made, int32_t version) const {
     }
 }
 
-ErrorStatus PwDbDatabase::captureImage(PwDbDrawingImage& image, int32_t version) const {
-    if (!IsWritableVersion(version)) return Plotwright::StatusNoSuchVersion;
-    if (auto status = decodeAllPending()) return status;
-    PwDbDrawingImage made;
-    captureHead(made, version);
-    made.objects.reserve(m_objectCount);
-    ErrorStatus recorded = StatusOk;
-    m_records->forEachFileStub([&made, &recorded](const PwDbStub& stub) {
-        if (stub.object == nullptr || recorded != StatusOk) return;
-        PwDbObjectRecord record;
-        recorded = pwdbRecordObject(*stub.object, record);
-        made.objects.push_back(std::move(record));
+std::vector<const PwDbObject*> PwDbDatabase::objectsByHandle() const {
+    std::vector<const PwDbObject*> objects;
+    objects.reserve(m_objectCount);
+    m_records->forEachFileStub([&objects](const PwDbStub& stub) {
+        if (stub.object != nullptr) objects.push_back(stub.object);
     });
-    if (recorded != StatusOk) return recorded;
     for (const PwDbStub& stub : m_records->stubs) {
-        if (stub.object == nullptr) continue;
-        PwDbObjectRecord record;
-        if (auto status = pwdbRecordObject(*stub.object, record)) return status;
-        made.objects.push_back(std::move(record));
+        if (stub.object != nullptr) objects.push_back(stub.object);
     }
     // Records are made while a file is read, in the order references meet them; handle
     // order makes the same drawing give the same file however it came about.
-    std::sort(
-        made.objects.begin(), made.objects.end(),
-        [](const PwDbObjectRecord& a, const PwDbObjectRecord& b) { return a.handle < b.handle; });
+    std::sort(objects.begin(), objects.end(), [](const PwDbObject* a, const PwDbObject* b) {
+        return a->handle() < b->handle();
+    });
+    return objects;
+}
+
+ErrorStatus PwDbDatabase::captureImage(PwDbDrawingImage& image, int32_t version) const {
+    if (!pwdbIsWritableVersion(version)) return Plotwright::StatusNoSuchVersion;
+    if (auto status = decodeAllPending()) return status;
+    PwDbDrawingImage made;
+    captureHead(made, version);
+    const std::vector<const PwDbObject*> objects = objectsByHandle();
+    made.objects.resize(objects.size());
+    for (size_t i = 0; i < objects.size(); ++i) {
+        if (auto status = pwdbRecordObject(*objects[i], made.objects[i])) return status;
+    }
     image = std::move(made);
     return StatusOk;
 }
@@ -416,23 +413,6 @@ ErrorStatus PwDbDatabase::readIndexed(const char16_t* path, IndexedRead& read) {
     return StatusOk;
 }
 
-ErrorStatus PwDbDatabase::plxIn(const char16_t* path, const char16_t* /*logFile*/) {
-    if (path == nullptr) return Plotwright::StatusInvalidInput;
-    std::string text;
-    if (auto status = FileIO::ReadWholeFileIfItStartsWell(
-            path, FileIO::kShareRead, kPwDbPlxStartBytes, pwdbPlxStartFits, text)) {
-        return status;
-    }
-    PwDbDrawingImage image;
-    if (pwdbDecodePlx(text, image) != StatusOk) return Plotwright::StatusBadFileFormat;
-    if (auto status = readImage(image, path, image.version)) return status;
-    if (auto* state = pwdbFindExtension<PwDbDatabaseFileState>(*this)) {
-        state->input.reset();
-        state->wholeRecordsLayout = true;
-    }
-    return StatusOk;
-}
-
 // A save over the file the database was read from waits for closeInput, except
 // after a read that holds nothing.
 bool PwDbDatabase::inputForbidsSaving(const char16_t* path) const {
@@ -445,7 +425,7 @@ bool PwDbDatabase::inputForbidsSaving(const char16_t* path) const {
 ErrorStatus PwDbDatabase::saveAs(const char16_t* path, bool becomesDrawingFile,
                                  PwDb::PwDbPlwVersion version, const void* /*securityParams*/) {
     if (path == nullptr) return Plotwright::StatusInvalidInput;
-    if (!IsWritableVersion(version)) return Plotwright::StatusNoSuchVersion;
+    if (!pwdbIsWritableVersion(version)) return Plotwright::StatusNoSuchVersion;
     if (inputForbidsSaving(path)) return Plotwright::StatusFileInUse;
     if (auto status = keepPendingBeforeReplacing(path)) return status;
     std::string bytes;
@@ -461,19 +441,6 @@ ErrorStatus PwDbDatabase::saveAs(const char16_t* path, bool becomesDrawingFile,
     m_lastSavedVersion = version;
     if (becomesDrawingFile) setFilename(path);
     return StatusOk;
-}
-
-ErrorStatus PwDbDatabase::plxOut(const char16_t* path, int precision, PwDb::PwDbPlwVersion version,
-                                 bool withPreview) {
-    if (path == nullptr) return Plotwright::StatusInvalidInput;
-    if (!IsWritableVersion(version)) return Plotwright::StatusNoSuchVersion;
-    if (inputForbidsSaving(path)) return Plotwright::StatusFileInUse;
-    PwDbDrawingImage image;
-    if (auto status = captureImage(image, version)) return status;
-    if (!withPreview) image.preview.reset();
-    std::string text;
-    if (auto status = pwdbEncodePlx(image, precision, text)) return status;
-    return FileIO::ReplaceFileAtomically(path, text);
 }
 
 // A save that replaces the file still being read first takes what it still needs of it.

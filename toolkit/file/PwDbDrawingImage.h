@@ -69,6 +69,11 @@ struct PwDbDrawingImage {
 inline constexpr int32_t kPwDbOldestVersion = 16;
 inline constexpr int32_t kPwDbNewestVersion = 33;
 
+/// Whether files can be written in `version`.
+inline bool pwdbIsWritableVersion(int32_t version) {
+    return version >= kPwDbOldestVersion && version <= kPwDbNewestVersion;
+}
+
 /// The six-character signature that starts a native file of `version`: 33 and 32
 /// "PW1032", 31 and 30 "PW1027", 29 and 28 "PW1024", 27 and 26 "PW1021", 25 and 24
 /// "PW1018", 23 and 22 "PW1015", 21 "PW1014", 16 to 20 "PW1012"; null for any other version.

@@ -158,7 +158,7 @@ bool pwdbPlwReadHeader(std::string_view start, uint64_t fileSize, PwDbPlwHeader&
         return false;
     }
     const uint64_t version = LittleAt(head, kVersionOffset, 4);
-    if (version < kPwDbOldestVersion || version > kPwDbNewestVersion) return false;
+    if (!pwdbIsWritableVersion(version)) return false;
     header.version = static_cast<int32_t>(version);
     header.revision = static_cast<uint32_t>(LittleAt(head, kLayoutOffset, 4));
     if (head.substr(0, kSignatureSize) != pwdbSignatureForVersion(header.version) ||

@@ -101,124 +101,114 @@ void WritePreview(const std::optional<PwDbPreviewImage>& preview, std::string& o
     }
 }
 
-void WriteItem(const Item& item, int precision, std::string& out) {
-    std::visit(
-        [&](const auto& value) {
-            using T = std::decay_t<decltype(value)>;
-            if constexpr (std::is_same_v<T, wstring>) {
-                out += "S ";
-                pwdbPlxAppendQuoted(out, value);
-            } else if constexpr (std::is_same_v<T, int32_t>) {
-                out += "I " + std::to_string(value);
-            } else if constexpr (std::is_same_v<T, int64_t>) {
-                out += "L " + std::to_string(value);
-            } else if constexpr (std::is_same_v<T, double>) {
-                out += "D ";
-                pwdbPlxAppendDouble(out, value, precision);
-            } else if constexpr (std::is_same_v<T, bool>) {
-                out += value ? "B 1" : "B 0";
-            } else if constexpr (std::is_same_v<T, std::string>) {
-                out += "X " + std::to_string(value.size());
-                if (!value.empty()) out += ' ';
-                pwdbPlxAppendHexBytes(out, value);
-            } else {
-                static_assert(std::is_same_v<T, PwDbMemoryFiler::Handle>);
-                out += "H ";
-                pwdbPlxAppendHex(out, value.value);
-            }
-        },
-        item);
-    out += '\n';
-}
-
-void WriteObject(const PwDbObjectRecord& record, int precision, std::string& out) {
-    out += "OBJECT ";
-    pwdbPlxAppendHex(out, record.handle);
-    out += ' ' + std::to_string(record.data.size());
-    out += record.erased ? " ERASED" : " LIVE";
-    for (const wstring& name : record.classChain) {
-        out += ' ';
-        pwdbPlxAppendQuoted(out, name);
-    }
-    out += '\n';
-    for (const Item& item : record.data) WriteItem(item, precision, out);
-    out += "END OBJECT\n";
-}
-
 // ---------------------------------------------------------------------------------------
 // Reading
 
-// The text's lines, one at a time; a line end is "\n" or "\r\n", and the last line may lack it.
-class LineSource {
-  public:
-    explicit LineSource(std::string_view text) : m_text(text) {}
+}  // namespace
 
-    bool next(std::string_view& line) {
-        if (m_position >= m_text.size()) return false;
-        size_t end = m_text.find('\n', m_position);
-        const size_t following = (end == std::string_view::npos) ? m_text.size() : end + 1;
-        if (end == std::string_view::npos)
-            end = m_text.size();
-        else if (end > m_position && m_text[end - 1] == '\r')
-            --end;
-        line = m_text.substr(m_position, end - m_position);
-        m_position = following;
-        return true;
+ErrorStatus PwDbPlxWriter::writeHead(const PwDbDrawingImage& head, uint64_t objectCount) {
+    if (!pwdbIsWritableVersion(head.version)) {
+        return Plotwright::StatusNoSuchVersion;
     }
-    bool atEnd() const { return m_position >= m_text.size(); }
-    /// The bytes not read yet: what any count must fit into.
-    size_t remaining() const { return m_text.size() - m_position; }
-
-  private:
-    std::string_view m_text;
-    size_t m_position = 0;
-};
-
-class Reader {
-  public:
-    explicit Reader(std::string_view text) : m_lines(text) {}
-
-    bool read(PwDbDrawingImage& image) {
-        return readHeader(image) && readRoots(image.roots) && readAppInfo(image.appInfo) &&
-               readPreview(image.preview) && readObjects(image.objects) &&
-               readFixedLine("END FILE") && m_lines.atEnd();
+    if (m_precision < 0 || m_precision > kPwDbPlxMaxPrecision) {
+        return Plotwright::StatusInvalidInput;
     }
-
-  private:
-    bool nextLine(std::string_view& line) { return m_lines.next(line); }
-
-    bool readFixedLine(std::string_view expected) {
-        std::string_view line;
-        return nextLine(line) && line == expected;
+    if (head.measurement != PwDb::Metric && head.measurement != PwDb::Imperial) {
+        return Plotwright::StatusInvalidInput;
     }
-
-    // A line "<keyword> <count>" whose count leaves each entry at least `minBytes` of the rest.
-    bool readCount(std::string_view keyword, size_t minBytes, uint64_t& count) {
-        std::string_view line;
-        if (!nextLine(line)) return false;
-        PwDbPlxLine cursor(line);
-        return cursor.expectWord(keyword) && cursor.readUint64(count) && cursor.atEnd() &&
-               count <= m_lines.remaining() / minBytes;
+    if (head.preview &&
+        head.preview->pixels.size() != uint64_t{head.preview->width} * head.preview->height) {
+        return Plotwright::StatusInvalidInput;
     }
+    WriteHeader(head, m_precision, m_out);
+    WritePreview(head.preview, m_out);
+    AppendNumberLine(m_out, "OBJECTS", objectCount);
+    return Plotwright::StatusOk;
+}
 
-    bool readHeader(PwDbDrawingImage& image);
-    bool readRoots(PwDbDrawingRoots& roots);
-    bool readAppInfo(std::vector<PwDbAppInfoEntry>& entries);
-    bool readPreview(std::optional<PwDbPreviewImage>& preview);
-    bool readPixels(PwDbPreviewImage& preview);
-    bool readObjects(std::vector<PwDbObjectRecord>& objects);
-    bool readObject(PwDbObjectRecord& record);
-    bool readItem(Item& item);
+void PwDbPlxWriter::writeObject(PwDbHandle handle, bool erased, std::string_view quotedChain,
+                                uint64_t itemCount, std::string_view itemLines) {
+    m_out += "OBJECT ";
+    pwdbPlxAppendHex(m_out, handle);
+    m_out += ' ';
+    m_out += std::to_string(itemCount);
+    m_out += erased ? " ERASED" : " LIVE";
+    m_out += quotedChain;
+    m_out += '\n';
+    m_out += itemLines;
+    m_out += "END OBJECT\n";
+}
 
-    LineSource m_lines;
-};
+void PwDbPlxWriter::writeEnd() {
+    m_out += "END FILE\n";
+}
 
-bool Reader::readHeader(PwDbDrawingImage& image) {
+std::string pwdbPlxQuotedChain(const std::vector<wstring>& chain) {
+    std::string quoted;
+    for (const wstring& name : chain) {
+        quoted += ' ';
+        pwdbPlxAppendQuoted(quoted, name);
+    }
+    return quoted;
+}
+
+bool pwdbPlxReadChain(std::string_view quotedChain, std::vector<wstring>& chain) {
+    chain.clear();
+    if (quotedChain.empty()) return true;
+    // The names follow the state word on their line; a cursor over a word and the names reads
+    // them with the line's own rule of one space between tokens.
+    if (quotedChain.front() != ' ') return false;
+    std::string line = "-";
+    line += quotedChain;
+    PwDbPlxLine cursor(line);
+    std::string_view word;
+    if (!cursor.readWord(word)) return false;
+    while (!cursor.atEnd()) {
+        wstring name;
+        if (!cursor.readQuoted(name)) return false;
+        chain.push_back(std::move(name));
+    }
+    return true;
+}
+
+bool PwDbPlxReader::nextLine(std::string_view& line) {
+    if (m_position >= m_text.size()) return false;
+    size_t end = m_text.find('\n', m_position);
+    const size_t following = (end == std::string_view::npos) ? m_text.size() : end + 1;
+    if (end == std::string_view::npos)
+        end = m_text.size();
+    else if (end > m_position && m_text[end - 1] == '\r')
+        --end;
+    line = m_text.substr(m_position, end - m_position);
+    m_position = following;
+    return true;
+}
+
+bool PwDbPlxReader::readFixedLine(std::string_view expected) {
+    std::string_view line;
+    return nextLine(line) && line == expected;
+}
+
+// A line "<keyword> <count>" whose count leaves each entry at least `minBytes` of the rest.
+bool PwDbPlxReader::readCount(std::string_view keyword, size_t minBytes, uint64_t& count) {
+    std::string_view line;
+    if (!nextLine(line)) return false;
+    PwDbPlxLine cursor(line);
+    return cursor.expectWord(keyword) && cursor.readUint64(count) && cursor.atEnd() &&
+           count <= remaining() / minBytes;
+}
+
+bool PwDbPlxReader::readHead(PwDbDrawingImage& head) {
+    return readVersionAndSeed(head) && readRoots(head.roots) && readAppInfo(head.appInfo) &&
+           readPreview(head.preview) && readCount("OBJECTS", kMinObjectBytes, m_objectCount);
+}
+
+bool PwDbPlxReader::readVersionAndSeed(PwDbDrawingImage& image) {
     std::string_view line;
     if (!readFixedLine(kPwDbPlxIdentification) || !nextLine(line)) return false;
     PwDbPlxLine version(line);
     if (!version.expectWord("VERSION") || !version.readInt32(image.version) || !version.atEnd() ||
-        image.version < kPwDbOldestVersion || image.version > kPwDbNewestVersion) {
+        !pwdbIsWritableVersion(image.version)) {
         return false;
     }
     int32_t precision = -1;
@@ -244,7 +234,7 @@ bool Reader::readHeader(PwDbDrawingImage& image) {
     return true;
 }
 
-bool Reader::readRoots(PwDbDrawingRoots& roots) {
+bool PwDbPlxReader::readRoots(PwDbDrawingRoots& roots) {
     std::array<bool, kRoots.size()> seen{};
     for (size_t n = 0; n < kRoots.size(); ++n) {
         std::string_view line;
@@ -262,7 +252,7 @@ bool Reader::readRoots(PwDbDrawingRoots& roots) {
     return true;
 }
 
-bool Reader::readAppInfo(std::vector<PwDbAppInfoEntry>& entries) {
+bool PwDbPlxReader::readAppInfo(std::vector<PwDbAppInfoEntry>& entries) {
     uint64_t count = 0;
     if (!readCount("APPINFO", kMinInfoBytes, count)) return false;
     entries.reserve(static_cast<size_t>(count));
@@ -282,7 +272,7 @@ bool Reader::readAppInfo(std::vector<PwDbAppInfoEntry>& entries) {
     return true;
 }
 
-bool Reader::readPreview(std::optional<PwDbPreviewImage>& preview) {
+bool PwDbPlxReader::readPreview(std::optional<PwDbPreviewImage>& preview) {
     std::string_view line;
     if (!nextLine(line)) return false;
     if (line == "PREVIEW NONE") {
@@ -300,9 +290,9 @@ bool Reader::readPreview(std::optional<PwDbPreviewImage>& preview) {
     return true;
 }
 
-bool Reader::readPixels(PwDbPreviewImage& preview) {
+bool PwDbPlxReader::readPixels(PwDbPreviewImage& preview) {
     const uint64_t count = uint64_t{preview.width} * preview.height;
-    if (count > m_lines.remaining() / kMinPixelBytes) return false;
+    if (count > remaining() / kMinPixelBytes) return false;
     preview.pixels.reserve(static_cast<size_t>(count));
     while (preview.pixels.size() < count) {
         std::string_view line;
@@ -318,104 +308,70 @@ bool Reader::readPixels(PwDbPreviewImage& preview) {
     return true;
 }
 
-bool Reader::readObjects(std::vector<PwDbObjectRecord>& objects) {
-    uint64_t count = 0;
-    if (!readCount("OBJECTS", kMinObjectBytes, count)) return false;
-    objects.resize(static_cast<size_t>(count));
-    for (PwDbObjectRecord& record : objects) {
-        if (!readObject(record)) return false;
-    }
-    return true;
-}
-
-bool Reader::readObject(PwDbObjectRecord& record) {
+bool PwDbPlxReader::readObjectLine(PwDbPlxObjectLine& object) {
     std::string_view line;
-    uint64_t itemCount = 0;
     if (!nextLine(line)) return false;
     PwDbPlxLine cursor(line);
     std::string_view state;
-    if (!cursor.expectWord("OBJECT") || !cursor.readHex(record.handle) ||
-        !cursor.readUint64(itemCount) || itemCount > m_lines.remaining() / kMinItemBytes ||
+    if (!cursor.expectWord("OBJECT") || !cursor.readHex(object.handle) ||
+        !cursor.readUint64(object.itemCount) || object.itemCount > remaining() / kMinItemBytes ||
         !cursor.readWord(state) || (state != "LIVE" && state != "ERASED")) {
         return false;
     }
-    record.erased = state == "ERASED";
-    while (!cursor.atEnd()) {
-        wstring name;
-        if (!cursor.readQuoted(name)) return false;
-        record.classChain.push_back(std::move(name));
-    }
-    record.data.reserve(static_cast<size_t>(itemCount));
-    for (uint64_t n = 0; n < itemCount; ++n) {
-        Item item;
-        if (!readItem(item)) return false;
-        record.data.push_back(std::move(item));
-    }
+    object.erased = state == "ERASED";
+    // The state word ends at the chain, or at the line's end.
+    object.quotedChain = line.substr(static_cast<size_t>(state.data() + state.size() - line.data()));
+    return true;
+}
+
+PwDbPlxItemLines PwDbPlxReader::items(const PwDbPlxObjectLine& object) const {
+    return PwDbPlxItemLines(m_text, object.itemCount, m_position);
+}
+
+bool PwDbPlxReader::readObjectEnd(const PwDbPlxItemLines& items) {
+    if (items.left() != 0) return false;
+    m_position = items.position();
     return readFixedLine("END OBJECT");
 }
 
-bool Reader::readItem(Item& item) {
-    std::string_view line;
-    std::string_view type;
-    if (!nextLine(line)) return false;
-    PwDbPlxLine cursor(line);
-    if (!cursor.readWord(type) || type.size() != 1) return false;
-    bool read = false;
-    switch (type[0]) {
-        case 'S':
-            read = cursor.readQuoted(item.emplace<wstring>());
-            break;
-        case 'I':
-            read = cursor.readInt32(item.emplace<int32_t>());
-            break;
-        case 'L':
-            read = cursor.readInt64(item.emplace<int64_t>());
-            break;
-        case 'D':
-            read = cursor.readDouble(item.emplace<double>());
-            break;
-        case 'B': {
-            std::string_view word;
-            read = cursor.readWord(word) && (word == "0" || word == "1");
-            item.emplace<bool>(word == "1");
-            break;
-        }
-        case 'X': {
-            uint64_t size = 0;
-            std::string& bytes = item.emplace<std::string>();
-            read = cursor.readUint64(size) && (size == 0 || cursor.readHexBytes(size, bytes));
-            break;
-        }
-        case 'H':
-            read = cursor.readHex(item.emplace<PwDbMemoryFiler::Handle>().value);
-            break;
-        default:
-            return false;
+bool PwDbPlxReader::readEnd() {
+    return readFixedLine("END FILE") && m_position >= m_text.size();
+}
+
+namespace {
+
+// Reads a record's items as a list, for the drawing image.
+bool ReadRecord(PwDbPlxReader& reader, PwDbObjectRecord& record) {
+    PwDbPlxObjectLine line;
+    if (!reader.readObjectLine(line) || !pwdbPlxReadChain(line.quotedChain, record.classChain)) {
+        return false;
     }
-    return read && cursor.atEnd();
+    record.handle = line.handle;
+    record.erased = line.erased;
+    PwDbPlxItemLines items = reader.items(line);
+    record.data.reserve(static_cast<size_t>(line.itemCount));
+    std::string_view itemLine;
+    while (items.next(itemLine)) {
+        if (!pwdbPlxReadItem(itemLine, record.data.emplace_back())) return false;
+    }
+    return reader.readObjectEnd(items);
 }
 
 }  // namespace
 
 ErrorStatus pwdbEncodePlx(const PwDbDrawingImage& image, int precision, std::string& text) {
-    if (image.version < kPwDbOldestVersion || image.version > kPwDbNewestVersion) {
-        return Plotwright::StatusNoSuchVersion;
-    }
-    if (precision < 0 || precision > kPwDbPlxMaxPrecision) return Plotwright::StatusInvalidInput;
-    if (image.measurement != PwDb::Metric && image.measurement != PwDb::Imperial) {
-        return Plotwright::StatusInvalidInput;
-    }
-    if (image.preview &&
-        image.preview->pixels.size() != uint64_t{image.preview->width} * image.preview->height) {
-        return Plotwright::StatusInvalidInput;
-    }
     try {
         std::string out;
-        WriteHeader(image, precision, out);
-        WritePreview(image.preview, out);
-        AppendNumberLine(out, "OBJECTS", image.objects.size());
-        for (const PwDbObjectRecord& record : image.objects) WriteObject(record, precision, out);
-        out += "END FILE\n";
+        PwDbPlxWriter writer(out, precision);
+        if (auto status = writer.writeHead(image, image.objects.size())) return status;
+        std::string items;
+        for (const PwDbObjectRecord& record : image.objects) {
+            items.clear();
+            for (const Item& item : record.data) pwdbPlxAppendItem(items, item, precision);
+            writer.writeObject(record.handle, record.erased, pwdbPlxQuotedChain(record.classChain),
+                               record.data.size(), items);
+        }
+        writer.writeEnd();
         text = std::move(out);
         return Plotwright::StatusOk;
     } catch (const std::bad_alloc&) {
@@ -429,8 +385,13 @@ ErrorStatus pwdbDecodePlx(std::string_view text, PwDbDrawingImage& image) {
     if (!pwdbPlxIsValidUtf8(text)) return Plotwright::StatusBadFileFormat;
     try {
         PwDbDrawingImage read;
-        Reader reader(text);
-        if (!reader.read(read)) return Plotwright::StatusBadFileFormat;
+        PwDbPlxReader reader(text);
+        if (!reader.readHead(read)) return Plotwright::StatusBadFileFormat;
+        read.objects.resize(static_cast<size_t>(reader.objectCount()));
+        for (PwDbObjectRecord& record : read.objects) {
+            if (!ReadRecord(reader, record)) return Plotwright::StatusBadFileFormat;
+        }
+        if (!reader.readEnd()) return Plotwright::StatusBadFileFormat;
         image = std::move(read);
         return Plotwright::StatusOk;
     } catch (const std::bad_alloc&) {

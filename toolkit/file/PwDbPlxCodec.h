@@ -32,9 +32,11 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include <lodeqdb/toolkit/pal/PwErrorStatus.h>
 #include "toolkit/file/PwDbDrawingImage.h"
+#include "toolkit/file/PwDbPlxItems.h"
 
 /// The identification line that starts every exchange file.
 inline constexpr std::string_view kPwDbPlxIdentification = "PLOTWRIGHT EXCHANGE";
@@ -67,3 +69,87 @@ Plotwright::ErrorStatus pwdbEncodePlx(const PwDbDrawingImage& image, int precisi
 /// no end line at all. The precision line is checked and then has no further use: numbers
 /// carry their own digits. `image` changes only on StatusOk.
 Plotwright::ErrorStatus pwdbDecodePlx(std::string_view text, PwDbDrawingImage& image);
+
+/// An object's class chain as its OBJECT line writes it: each name quoted, each after a space.
+std::string pwdbPlxQuotedChain(const std::vector<wstring>& chain);
+
+/// Writes an exchange text piece by piece, so that objects can write themselves into it
+/// (PwDbPlxWritingFiler) without a list of items in between:
+///
+///   PwDbPlxWriter writer(text, 16);
+///   if (auto status = writer.writeHead(head, objectCount)) return status;
+///   writer.writeObject(handle, erased, pwdbPlxQuotedChain(chain), itemCount, itemLines);
+///   writer.writeEnd();
+class PwDbPlxWriter {
+  public:
+    PwDbPlxWriter(std::string& out, int precision) : m_out(out), m_precision(precision) {}
+
+    /// Everything before the objects, from `head` (its objects aside), ending with the line
+    /// that counts `objectCount` objects. Refuses as pwdbEncodePlx does, writing nothing.
+    Plotwright::ErrorStatus writeHead(const PwDbDrawingImage& head, uint64_t objectCount);
+    /// One object: `quotedChain` as pwdbPlxQuotedChain gives it, and its `itemCount` item lines.
+    void writeObject(PwDbHandle handle, bool erased, std::string_view quotedChain,
+                     uint64_t itemCount, std::string_view itemLines);
+    /// The end line, after the last object.
+    void writeEnd();
+    int precision() const { return m_precision; }
+
+  private:
+    std::string& m_out;
+    int m_precision;
+};
+
+/// The line that starts one object of an exchange text.
+struct PwDbPlxObjectLine {
+    PwDbHandle handle = 0;
+    bool erased = false;
+    /// The class chain as the line holds it: quoted names, each after a space (pwdbPlxReadChain
+    /// reads them). The same chain is spelt the same way by every writer of the toolkit.
+    std::string_view quotedChain;
+    uint64_t itemCount = 0;
+};
+
+/// The names of a class chain as an OBJECT line holds them; false when they don't read.
+bool pwdbPlxReadChain(std::string_view quotedChain, std::vector<wstring>& chain);
+
+/// Reads an exchange text piece by piece, so that objects can read themselves from their item
+/// lines (PwDbPlxReadingFiler) without a list of items in between. Each call returns false
+/// when the text isn't what it should be there; the text is then not an exchange file.
+///
+///   PwDbPlxReader reader(text);                   // text checked with pwdbPlxIsValidUtf8
+///   reader.readHead(head);                        // head.objects stays empty
+///   for (uint64_t n = 0; n < reader.objectCount(); ++n) {
+///       PwDbPlxObjectLine object;
+///       reader.readObjectLine(object);
+///       PwDbPlxItemLines items = reader.items(object);
+///       ... read the items ...
+///       reader.readObjectEnd(items);              // every item taken, then "END OBJECT"
+///   }
+///   reader.readEnd();
+class PwDbPlxReader {
+  public:
+    explicit PwDbPlxReader(std::string_view text) : m_text(text) {}
+
+    bool readHead(PwDbDrawingImage& head);
+    uint64_t objectCount() const { return m_objectCount; }
+    bool readObjectLine(PwDbPlxObjectLine& object);
+    /// The item lines of the object whose line was read last.
+    PwDbPlxItemLines items(const PwDbPlxObjectLine& object) const;
+    bool readObjectEnd(const PwDbPlxItemLines& items);
+    bool readEnd();
+
+  private:
+    bool nextLine(std::string_view& line);
+    bool readFixedLine(std::string_view expected);
+    bool readCount(std::string_view keyword, size_t minBytes, uint64_t& count);
+    bool readVersionAndSeed(PwDbDrawingImage& head);
+    bool readRoots(PwDbDrawingRoots& roots);
+    bool readAppInfo(std::vector<PwDbAppInfoEntry>& entries);
+    bool readPreview(std::optional<PwDbPreviewImage>& preview);
+    bool readPixels(PwDbPreviewImage& preview);
+    size_t remaining() const { return m_text.size() - m_position; }
+
+    std::string_view m_text;
+    size_t m_position = 0;
+    uint64_t m_objectCount = 0;
+};

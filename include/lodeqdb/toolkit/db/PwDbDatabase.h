@@ -17,8 +17,9 @@
 
 #include <functional>
 #include <memory>
-#include <unordered_map>
 #include <string>
+#include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include <lodeqdb/lodeutil/WideString.h>
@@ -268,6 +269,14 @@ class PwDbDatabase {
     Plotwright::ErrorStatus keepPendingBeforeReplacing(const char16_t* path);
     /// The image of the drawing without its objects.
     void captureHead(PwDbDrawingImage& image, int32_t version) const;
+    /// Every object of the drawing, erased ones too, in handle order; nothing may be pending.
+    std::vector<const PwDbObject*> objectsByHandle() const;
+    /// Reads the exchange text of the file `path`, known to be UTF-8, into this drawing, each
+    /// object from its lines.
+    Plotwright::ErrorStatus readExchange(std::string_view text, const char16_t* path);
+    /// The drawing as exchange text, each object writing its own lines.
+    Plotwright::ErrorStatus encodeExchange(int32_t version, int precision, bool withPreview,
+                                           std::string& text) const;
     /// The native file of the drawing, records still in the file read copied as they are.
     Plotwright::ErrorStatus encodeIndexed(int32_t version, std::string& bytes) const;
     bool inputForbidsSaving(const char16_t* path) const;
