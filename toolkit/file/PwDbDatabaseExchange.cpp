@@ -108,6 +108,8 @@ ErrorStatus PwDbDatabase::encodeExchange(int32_t version, int precision, bool wi
     if (!withPreview) head.preview.reset();
     const std::vector<const PwDbObject*> objects = objectsByHandle();
     std::string out;
+    // Most records take less: pages reserved and never written cost nothing.
+    out.reserve(objects.size() * 256 + 4096);
     PwDbPlxWriter writer(out, precision);
     if (auto status = writer.writeHead(head, objects.size())) return status;
     // Each class's chain is spelt once; a proxy's is its own.

@@ -84,19 +84,22 @@ void PwDbDatabase::captureHead(PwDbDrawingImage& made, int32_t version) const {
 }
 
 std::vector<const PwDbObject*> PwDbDatabase::objectsByHandle() const {
-    std::vector<const PwDbObject*> objects;
-    objects.reserve(m_objectCount);
-    m_records->forEachFileStub([&objects](const PwDbStub& stub) {
-        if (stub.object != nullptr) objects.push_back(stub.object);
+    // Sorted by the handles their records hold, which the objects needn't be visited for.
+    std::vector<std::pair<PwDbHandle, const PwDbObject*>> byHandle;
+    byHandle.reserve(m_objectCount);
+    m_records->forEachFileStub([&byHandle](const PwDbStub& stub) {
+        if (stub.object != nullptr) byHandle.emplace_back(stub.handle, stub.object);
     });
     for (const PwDbStub& stub : m_records->stubs) {
-        if (stub.object != nullptr) objects.push_back(stub.object);
+        if (stub.object != nullptr) byHandle.emplace_back(stub.handle, stub.object);
     }
     // Records are made while a file is read, in the order references meet them; handle
     // order makes the same drawing give the same file however it came about.
-    std::sort(objects.begin(), objects.end(), [](const PwDbObject* a, const PwDbObject* b) {
-        return a->handle() < b->handle();
-    });
+    std::sort(byHandle.begin(), byHandle.end(),
+              [](const auto& a, const auto& b) { return a.first < b.first; });
+    std::vector<const PwDbObject*> objects;
+    objects.reserve(byHandle.size());
+    for (const auto& [handle, object] : byHandle) objects.push_back(object);
     return objects;
 }
 

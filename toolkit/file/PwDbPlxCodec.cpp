@@ -3,10 +3,12 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
 #include <cstddef>
 #include <cstdint>
 #include <new>
 #include <stdexcept>
+#include <system_error>
 #include <type_traits>
 #include <utility>
 #include <variant>
@@ -308,9 +310,45 @@ bool PwDbPlxReader::readPixels(PwDbPreviewImage& preview) {
     return true;
 }
 
+namespace {
+
+// The object line as the toolkit writes it, read without splitting it into tokens first:
+// false for anything else, which the reading by tokens then takes or refuses.
+bool ReadObjectLineAsWritten(std::string_view line, PwDbPlxObjectLine& object) {
+    constexpr std::string_view kStart = "OBJECT ";
+    if (!line.starts_with(kStart)) return false;
+    const char* at = line.data() + kStart.size();
+    const char* end = line.data() + line.size();
+    auto handle = std::from_chars(at, end, object.handle, 16);
+    if (handle.ec != std::errc() || handle.ptr == end || *handle.ptr != ' ') return false;
+    auto count = std::from_chars(handle.ptr + 1, end, object.itemCount, 10);
+    if (count.ec != std::errc() || count.ptr == end || *count.ptr != ' ') return false;
+    std::string_view rest(count.ptr + 1, static_cast<size_t>(end - count.ptr - 1));
+    if (rest.starts_with("LIVE")) {
+        object.erased = false;
+        rest.remove_prefix(4);
+    } else if (rest.starts_with("ERASED")) {
+        object.erased = true;
+        rest.remove_prefix(6);
+    } else {
+        return false;
+    }
+    if (!rest.empty() && rest.front() != ' ') return false;
+    object.quotedChain = rest;
+    return true;
+}
+
+}  // namespace
+
 bool PwDbPlxReader::readObjectLine(PwDbPlxObjectLine& object) {
     std::string_view line;
     if (!nextLine(line)) return false;
+    if (ReadObjectLineAsWritten(line, object))
+        return object.itemCount <= remaining() / kMinItemBytes;
+    return readObjectLineByTokens(line, object);
+}
+
+bool PwDbPlxReader::readObjectLineByTokens(std::string_view line, PwDbPlxObjectLine& object) {
     PwDbPlxLine cursor(line);
     std::string_view state;
     if (!cursor.expectWord("OBJECT") || !cursor.readHex(object.handle) ||
@@ -320,7 +358,8 @@ bool PwDbPlxReader::readObjectLine(PwDbPlxObjectLine& object) {
     }
     object.erased = state == "ERASED";
     // The state word ends at the chain, or at the line's end.
-    object.quotedChain = line.substr(static_cast<size_t>(state.data() + state.size() - line.data()));
+    object.quotedChain =
+        line.substr(static_cast<size_t>(state.data() + state.size() - line.data()));
     return true;
 }
 

@@ -147,6 +147,7 @@ class PwDbPlxReader {
     bool readAppInfo(std::vector<PwDbAppInfoEntry>& entries);
     bool readPreview(std::optional<PwDbPreviewImage>& preview);
     bool readPixels(PwDbPreviewImage& preview);
+    bool readObjectLineByTokens(std::string_view line, PwDbPlxObjectLine& object);
     size_t remaining() const { return m_text.size() - m_position; }
 
     std::string_view m_text;

@@ -99,6 +99,21 @@ bool ReadDouble(std::string_view value, double& number) {
     return pwdbPlxParseDouble(value, number);
 }
 
+// The common spelling of a number, read where it stands; anything else (NaNs, infinities, a
+// number out of range, another line end) is left to the reading of whole lines.
+const char* ParseFiniteDouble(const char* begin, const char* end, double& number) {
+    const char* digit = (*begin == '-') ? begin + 1 : begin;
+    if (digit == end || *digit < '0' || *digit > '9') return nullptr;
+    const auto result = std::from_chars(begin, end, number, std::chars_format::general);
+    return result.ec == std::errc() ? result.ptr : nullptr;
+}
+
+template <class Integer>
+const char* ParseInteger(const char* begin, const char* end, Integer& number, int base) {
+    const auto result = std::from_chars(begin, end, number, base);
+    return result.ec == std::errc() ? result.ptr : nullptr;
+}
+
 bool ReadBool(std::string_view value, bool& flag) {
     if (value != "0" && value != "1") return false;
     flag = value == "1";
@@ -273,6 +288,11 @@ ErrorStatus PwDbPlxReadingFiler::readString(char16_t*& text) {
 }
 
 ErrorStatus PwDbPlxReadingFiler::readInt32(int32_t& number) {
+    if (m_status == Plotwright::StatusOk &&
+        m_lines.takeParsed(
+            'I', [&](const char* b, const char* e) { return ParseInteger(b, e, number, 10); })) {
+        return Plotwright::StatusOk;
+    }
     std::string_view value;
     if (!take('I', value) || !ReadInt32(value, number)) return fail();
     return Plotwright::StatusOk;
@@ -285,6 +305,11 @@ ErrorStatus PwDbPlxReadingFiler::readInt64(int64_t& number) {
 }
 
 ErrorStatus PwDbPlxReadingFiler::readDouble(double& number) {
+    if (m_status == Plotwright::StatusOk &&
+        m_lines.takeParsed(
+            'D', [&](const char* b, const char* e) { return ParseFiniteDouble(b, e, number); })) {
+        return Plotwright::StatusOk;
+    }
     std::string_view value;
     if (!take('D', value) || !ReadDouble(value, number)) return fail();
     return Plotwright::StatusOk;
@@ -300,8 +325,7 @@ ErrorStatus PwDbPlxReadingFiler::readBytes(void* bytes, size_t size) {
     std::string_view value;
     std::string read;
     const uint64_t expected = size;
-    if ((size > 0 && bytes == nullptr) || !take('X', value) ||
-        !ReadBytes(value, read, &expected)) {
+    if ((size > 0 && bytes == nullptr) || !take('X', value) || !ReadBytes(value, read, &expected)) {
         return fail();
     }
     if (size > 0) std::memcpy(bytes, read.data(), size);
@@ -309,9 +333,13 @@ ErrorStatus PwDbPlxReadingFiler::readBytes(void* bytes, size_t size) {
 }
 
 ErrorStatus PwDbPlxReadingFiler::readObjectId(PwDbObjectId& id) {
-    std::string_view value;
     PwDbHandle handle = 0;
-    if (!take('H', value) || !ReadHandle(value, handle)) return fail();
+    const bool taken = m_status == Plotwright::StatusOk &&
+                       m_lines.takeParsed('H', [&](const char* b, const char* e) {
+                           return ParseInteger(b, e, handle, 16);
+                       });
+    std::string_view value;
+    if (!taken && (!take('H', value) || !ReadHandle(value, handle))) return fail();
     id = m_database != nullptr ? m_database->getPwDbObjectId(handle, true) : PwDbObjectId();
     return Plotwright::StatusOk;
 }

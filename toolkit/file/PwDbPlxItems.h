@@ -36,6 +36,23 @@ class PwDbPlxItemLines {
 
     /// The next line, without its line end; false when the count is used up or the text ends.
     bool next(std::string_view& line);
+    /// Takes the next line when it is `type`, a space and a value that `parse` reads whole, the
+    /// line ending right after it with "\n". `parse(begin, end)` reads from `begin` as far as
+    /// it can and returns where it stopped, or null when it read nothing it accepts. False
+    /// leaves the line where it was (the caller then reads it by next()).
+    template <class Parse>
+    bool takeParsed(char type, Parse&& parse) {
+        const size_t at = m_position;
+        if (m_left == 0 || m_text.size() - at < 4 || m_text[at] != type || m_text[at + 1] != ' ') {
+            return false;
+        }
+        const char* end = m_text.data() + m_text.size();
+        const char* stop = parse(m_text.data() + at + 2, end);
+        if (stop == nullptr || stop == end || *stop != '\n') return false;
+        m_position = static_cast<size_t>(stop + 1 - m_text.data());
+        --m_left;
+        return true;
+    }
     /// How many lines of the count were not taken.
     uint64_t left() const { return m_left; }
     /// Where the line after the last one taken starts.
