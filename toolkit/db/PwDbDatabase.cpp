@@ -401,6 +401,9 @@ Plotwright::ErrorStatus PwDbDatabase::decodeAllPending() const {
     Plotwright::ErrorStatus first = Plotwright::StatusOk;
     if (m_records->brokenIndex) first = Plotwright::StatusBadFileFormat;
     if (m_records->pendingCount == 0) return first;
+    // Everything is about to be read: the file's records in one read, not a read (and an open)
+    // a page. When that read fails, reading page by page finds and reports what can't be had.
+    (void)self.m_records->source->keepEverything();
     self.m_records->makeAllPages();
     if (m_records->brokenIndex) first = Plotwright::StatusBadFileFormat;
     self.m_records->forEachFileStub([&self, &first](PwDbStub& stub) {

@@ -402,7 +402,8 @@ ErrorStatus PwDbDatabase::readIndexed(const char16_t* path, IndexedRead& read) {
             std::make_unique<PwDbPlwLazyRecords>(std::move(front), std::move(bytes), path);
     } else {
         records.source = std::make_unique<PwDbPlwLazyRecords>(
-            std::move(front), read.holds ? read.file : FileIO::File(), path, read.identity);
+            std::move(front), read.holds ? read.file : FileIO::File(), path, read.identity,
+            std::move(bytes));
     }
     // New objects get handles past every record of the file, whatever the handseed says.
     if (!records.filePages.empty() && records.makePage(records.filePages.size() - 1)) {

@@ -19,6 +19,9 @@ namespace {
 constexpr uint8_t kOwnClass = 1;
 constexpr uint8_t kProxyClass = 2;
 
+// The least a read from disk takes: a few pages, or the index of a few thousand records.
+constexpr uint64_t kWindowBytes = 64 * 1024;
+
 }  // namespace
 
 PwDbPlwLazyRecords::PwDbPlwLazyRecords(PwDbPlwIndexedFront&& front, std::string&& wholeFile,
@@ -33,7 +36,7 @@ PwDbPlwLazyRecords::PwDbPlwLazyRecords(PwDbPlwIndexedFront&& front, std::string&
       m_pageChecked(m_front.pages.size(), 0) {}
 
 PwDbPlwLazyRecords::PwDbPlwLazyRecords(PwDbPlwIndexedFront&& front, File held, wstring path,
-                                       File::Identity identity)
+                                       File::Identity identity, std::string&& firstBytes)
     : m_front(std::move(front)),
       m_described(m_front.pages.size()),
       m_classes(m_front.classes.size(), nullptr),
@@ -41,7 +44,9 @@ PwDbPlwLazyRecords::PwDbPlwLazyRecords(PwDbPlwIndexedFront&& front, File held, w
       m_path(std::move(path)),
       m_held(held),
       m_identity(identity),
-      m_pageChecked(m_front.pages.size(), 0) {}
+      m_pageChecked(m_front.pages.size(), 0) {
+    m_windows[0].bytes = std::move(firstBytes);
+}
 
 bool PwDbPlwLazyRecords::readFromDisk(uint64_t offset, size_t count, std::string& into) {
     File file = m_held;
@@ -56,13 +61,37 @@ bool PwDbPlwLazyRecords::readFromDisk(uint64_t offset, size_t count, std::string
     return file.readAt(offset, into.data(), count);
 }
 
+const char* PwDbPlwLazyRecords::fileBytes(uint64_t offset, size_t count) {
+    ++m_uses;
+    for (Window& window : m_windows) {
+        if (!window.bytes.empty() && offset >= window.offset &&
+            offset - window.offset <= window.bytes.size() &&
+            count <= window.bytes.size() - (offset - window.offset)) {
+            window.lastUse = m_uses;
+            return window.bytes.data() + (offset - window.offset);
+        }
+    }
+    const auto size = static_cast<uint64_t>(m_identity.size);
+    if (offset > size || count > size - offset) return nullptr;
+    const auto length =
+        static_cast<size_t>(std::max<uint64_t>(count, std::min(kWindowBytes, size - offset)));
+    std::string bytes;
+    if (!readFromDisk(offset, length, bytes)) return nullptr;
+    Window& oldest = *std::min_element(
+        m_windows.begin(), m_windows.end(),
+        [](const Window& a, const Window& b) { return a.lastUse < b.lastUse; });
+    oldest = Window{offset, std::move(bytes), m_uses};
+    m_checkedPage = SIZE_MAX;
+    return oldest.bytes.data();
+}
+
 bool PwDbPlwLazyRecords::readPageRecords(size_t page, PwDbPlwPageRecords& records) {
     const PwDbPlwPage& described = m_front.pages[page];
     std::string_view run;
     if (m_inMemory) {
         run = std::string_view(m_whole).substr(described.runOffset, described.runLength);
-    } else if (readFromDisk(described.runOffset, described.runLength, m_run)) {
-        run = m_run;
+    } else if (const char* at = fileBytes(described.runOffset, described.runLength)) {
+        run = std::string_view(at, described.runLength);
     } else {
         return false;
     }
@@ -109,14 +138,14 @@ bool PwDbPlwLazyRecords::pageBytes(size_t index, std::string_view& bytes) {
         bytes = stored.substr(0, page.length);
         return true;
     }
-    if (m_cachedPage != index) {
-        m_cachedPage = SIZE_MAX;
-        if (!readFromDisk(page.offset, withCheck, m_cached) || !pwdbPlwPageSound(m_cached)) {
-            return false;
-        }
-        m_cachedPage = index;
+    const char* at = fileBytes(page.offset, withCheck);
+    if (at == nullptr) return false;
+    const std::string_view stored(at, withCheck);
+    if (m_checkedPage != index) {
+        if (!pwdbPlwPageSound(stored)) return false;
+        m_checkedPage = index;
     }
-    bytes = std::string_view(m_cached).substr(0, page.length);
+    bytes = stored.substr(0, page.length);
     return true;
 }
 
@@ -139,16 +168,22 @@ Plotwright::ErrorStatus PwDbPlwLazyRecords::storedPage(size_t page,
                                                        std::string_view& pageAndCheck,
                                                        std::string_view& run,
                                                        const PwDbPlwPageRecords*& records) {
-    std::string_view bytes;
     // The handles are read again: the description kept for decoding holds none.
-    if (!readPageRecords(page, m_copied) || !pageBytes(page, bytes)) {
-        return Plotwright::StatusBadFileFormat;
+    if (!readPageRecords(page, m_copied)) return Plotwright::StatusBadFileFormat;
+    const PwDbPlwPage& described = m_front.pages[page];
+    if (m_inMemory) {
+        run = std::string_view(m_whole).substr(described.runOffset, described.runLength);
+    } else {
+        // Kept apart, so that reading the page can't take the window it stands in.
+        const char* at = fileBytes(described.runOffset, described.runLength);
+        if (at == nullptr) return Plotwright::StatusBadFileFormat;
+        m_run.assign(at, described.runLength);
+        run = m_run;
     }
+    std::string_view bytes;
+    if (!pageBytes(page, bytes)) return Plotwright::StatusBadFileFormat;
     // The check follows the page's bytes wherever they are kept, and was verified with them.
     pageAndCheck = std::string_view(bytes.data(), bytes.size() + 4);
-    const PwDbPlwPage& described = m_front.pages[page];
-    run = m_inMemory ? std::string_view(m_whole).substr(described.runOffset, described.runLength)
-                     : std::string_view(m_run);
     records = &m_copied;
     return Plotwright::StatusOk;
 }
@@ -160,6 +195,13 @@ Plotwright::ErrorStatus PwDbPlwLazyRecords::decode(PwDbDatabase& database, size_
     std::string_view tags;
     std::string_view values;
     if (auto status = stored(page, slot, chain, tags, values)) return status;
+    // A record read from disk is decoded from a copy: decoding may read other records, and
+    // their windows may take the place of this one's.
+    std::string copied;
+    if (!m_inMemory) {
+        copied.assign(values);
+        values = copied;
+    }
     const uint32_t classIndex = m_front.shapes[m_described[page]->places[slot].shape].classIndex;
     std::unique_ptr<PwDbObject> made;
     if (!m_classResolved[classIndex]) {
@@ -258,8 +300,8 @@ Plotwright::ErrorStatus PwDbPlwLazyRecords::keepEverything() {
     m_whole = std::move(pages);
     m_inMemory = true;
     m_held = File();
-    m_cachedPage = SIZE_MAX;
-    m_cached.clear();
+    m_windows = {};
+    m_checkedPage = SIZE_MAX;
     std::fill(m_pageChecked.begin(), m_pageChecked.end(), 0);
     return Plotwright::StatusOk;
 }

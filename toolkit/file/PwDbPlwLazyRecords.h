@@ -2,14 +2,17 @@
 // at a time when the database first needs them. Internal to the file layer.
 //
 // The records come from the whole file kept in memory (a small file, read whole anyway), from
-// the file the database holds open, or from the file reopened by its path for each page when
-// the open mode holds nothing. A page is checked against its CRC-32 every time it is read
-// from disk, and the file against its identity (device, inode, size, time of last write) as
-// it was when the drawing was read: a file changed, truncated or replaced since gives
-// StatusBadFileFormat for the record asked for, never a wrong object. The index is read a
-// page at a time too, when a handle of that page is first looked up.
+// the file the database holds open, or from the file reopened by its path for each read when
+// the open mode holds nothing. A read from disk takes a window of at least 64 KiB, and the
+// last few windows are kept, so that neighbouring pages and parts of the index cost no further
+// read. A page is checked against its CRC-32 when it is taken from a window newly read, and
+// the file against its identity (device, inode, size, time of last write) as it was when the
+// drawing was read: a file changed, truncated or replaced since gives StatusBadFileFormat for
+// the record asked for, never a wrong object. The index is read a page at a time too, when a
+// handle of that page is first looked up.
 #pragma once
 
+#include <array>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -26,9 +29,10 @@ class PwDbPlwLazyRecords final : public PwDbRecordSource {
     /// Records of `front` whose file is `wholeFile`, kept.
     PwDbPlwLazyRecords(PwDbPlwIndexedFront&& front, std::string&& wholeFile, wstring path);
     /// Records of `front` read from disk: from `held` when it is open, else from `path`
-    /// reopened; `identity` is the file's as the front was read.
+    /// reopened; `identity` is the file's as the front was read, and `firstBytes` the bytes
+    /// read from its start so far, kept as the first window.
     PwDbPlwLazyRecords(PwDbPlwIndexedFront&& front, File held, wstring path,
-                       File::Identity identity);
+                       File::Identity identity, std::string&& firstBytes);
 
     size_t pageCount() const override { return m_front.pages.size(); }
     size_t recordCount() const override { return static_cast<size_t>(m_front.records); }
@@ -69,6 +73,10 @@ class PwDbPlwLazyRecords final : public PwDbRecordSource {
     /// be had.
     bool pageBytes(size_t page, std::string_view& bytes);
     bool readFromDisk(uint64_t offset, size_t count, std::string& into);
+    /// The `count` bytes of the file at `offset`, from a window or read from disk into the
+    /// window used longest ago (valid until a window is next read); null when the file can't
+    /// give them.
+    const char* fileBytes(uint64_t offset, size_t count);
     /// Whether the chain of class `classIndex` names `className`.
     bool classNames(uint32_t classIndex, const char16_t* className);
 
@@ -84,8 +92,15 @@ class PwDbPlwLazyRecords final : public PwDbRecordSource {
     std::vector<uint8_t> m_pageChecked;
     wstring m_namesAskedFor;
     std::vector<uint8_t> m_namesAnswer;
-    size_t m_cachedPage = SIZE_MAX;
-    std::string m_cached;
+    struct Window {
+        uint64_t offset = 0;
+        std::string bytes;
+        uint64_t lastUse = 0;
+    };
+    std::array<Window, 4> m_windows;
+    uint64_t m_uses = 0;
+    /// The page last checked since a window was last read: taken again without a check.
+    size_t m_checkedPage = SIZE_MAX;
     std::string m_run;
     PwDbPlwPageRecords m_copied;
 };

@@ -15,6 +15,21 @@ namespace {
 
 using Item = PwDbMemoryFiler::Item;
 
+// Whether every byte of `tags` is `tag`: a long list of ids is checked eight tags at a time.
+bool AllTagged(std::string_view tags, uint8_t tag) {
+    const uint64_t pattern = 0x0101010101010101ULL * tag;
+    size_t i = 0;
+    for (; tags.size() - i >= 8; i += 8) {
+        uint64_t word = 0;
+        std::memcpy(&word, tags.data() + i, 8);
+        if (word != pattern) return false;
+    }
+    for (; i < tags.size(); ++i) {
+        if (static_cast<uint8_t>(tags[i]) != tag) return false;
+    }
+    return true;
+}
+
 uint64_t Zigzag(int64_t value) {
     return (static_cast<uint64_t>(value) << 1) ^ static_cast<uint64_t>(value >> 63);
 }
@@ -298,16 +313,11 @@ Plotwright::ErrorStatus PwDbPlwUnpackingFiler::readPackedHandles(size_t count,
     // A block's list of a million entities is taken here as its bytes: the tags checked in one
     // pass, the values only measured (and checked) before they are copied.
     if (m_status != Plotwright::StatusOk || count > m_tags.size() || count > m_values.size() ||
-        m_tags.find_first_not_of(static_cast<char>(kPwDbPlwTagHandle)) < count) {
+        !AllTagged(m_tags.substr(0, count), kPwDbPlwTagHandle)) {
         return fail();
     }
     size_t at = 0;
-    named = 0;
-    for (size_t i = 0; i < count; ++i) {
-        uint64_t value = 0;
-        if (!LodeUtil::ReadVarint(m_values, at, value)) return fail();
-        if (value != 0) ++named;
-    }
+    if (!LodeUtil::MeasureVarints(m_values, count, at, named)) return fail();
     m_tags.remove_prefix(count);
     packed.assign(m_values.substr(0, at));
     m_values.remove_prefix(at);
