@@ -29,8 +29,9 @@ namespace {
 // Files are read whole up to this size at most, as every file of the toolkit.
 constexpr uint64_t kMostFileBytes = uint64_t{1} << 34;
 // The first read of a native file: the front of a drawing of a million lines takes a few
-// KiB (the record index stands behind the records), and a file this small is kept whole.
-constexpr uint64_t kFirstRead = 16 * 1024;
+// KiB (the record index stands behind the records), and the first pages, where the tables
+// stand, follow it; a file this small is kept whole.
+constexpr uint64_t kFirstRead = 64 * 1024;
 
 // Appends the `count` bytes of `file` at `offset` to `bytes`.
 ErrorStatus ReadRange(const FileIO::File& file, uint64_t offset, uint64_t count,

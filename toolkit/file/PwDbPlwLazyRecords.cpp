@@ -2,6 +2,7 @@
 #include "toolkit/file/PwDbPlwLazyRecords.h"
 
 #include <algorithm>
+#include <cstring>
 #include <memory>
 
 #include <lodeqdb/toolkit/db/PwDbMemoryFiler.h>
@@ -45,10 +46,13 @@ PwDbPlwLazyRecords::PwDbPlwLazyRecords(PwDbPlwIndexedFront&& front, File held, w
       m_held(held),
       m_identity(identity),
       m_pageChecked(m_front.pages.size(), 0) {
-    m_windows[0].bytes = std::move(firstBytes);
+    Window& first = m_windows[0];
+    first.bytes = std::make_unique_for_overwrite<char[]>(firstBytes.size());
+    first.size = firstBytes.size();
+    std::memcpy(first.bytes.get(), firstBytes.data(), firstBytes.size());
 }
 
-bool PwDbPlwLazyRecords::readFromDisk(uint64_t offset, size_t count, std::string& into) {
+bool PwDbPlwLazyRecords::readFromDisk(uint64_t offset, size_t count, char* into) {
     File file = m_held;
     if (file.openStatus() != Plotwright::StatusOk) {
         file = File::openFile(m_path.c_str(), FileIO::kWideChars, FileIO::kOpenForRead,
@@ -57,32 +61,32 @@ bool PwDbPlwLazyRecords::readFromDisk(uint64_t offset, size_t count, std::string
     }
     File::Identity now;
     if (!file.identity(now) || now != m_identity) return false;
-    into.resize(count);
-    return file.readAt(offset, into.data(), count);
+    return file.readAt(offset, into, count);
 }
 
 const char* PwDbPlwLazyRecords::fileBytes(uint64_t offset, size_t count) {
     ++m_uses;
     for (Window& window : m_windows) {
-        if (!window.bytes.empty() && offset >= window.offset &&
-            offset - window.offset <= window.bytes.size() &&
-            count <= window.bytes.size() - (offset - window.offset)) {
+        if (window.size != 0 && offset >= window.offset && offset - window.offset <= window.size &&
+            count <= window.size - (offset - window.offset)) {
             window.lastUse = m_uses;
-            return window.bytes.data() + (offset - window.offset);
+            return window.bytes.get() + (offset - window.offset);
         }
     }
     const auto size = static_cast<uint64_t>(m_identity.size);
     if (offset > size || count > size - offset) return nullptr;
-    const auto length =
-        static_cast<size_t>(std::max<uint64_t>(count, std::min(kWindowBytes, size - offset)));
-    std::string bytes;
-    if (!readFromDisk(offset, length, bytes)) return nullptr;
-    Window& oldest = *std::min_element(
-        m_windows.begin(), m_windows.end(),
-        [](const Window& a, const Window& b) { return a.lastUse < b.lastUse; });
-    oldest = Window{offset, std::move(bytes), m_uses};
+    // A window that would run past the end ends there instead: the record index stands at the
+    // end, and one window then takes most or all of it, with the last pages.
+    const uint64_t length = std::min(size, std::max<uint64_t>(count, kWindowBytes));
+    const uint64_t start = std::min(offset, size - length);
+    auto bytes = std::make_unique_for_overwrite<char[]>(static_cast<size_t>(length));
+    if (!readFromDisk(start, static_cast<size_t>(length), bytes.get())) return nullptr;
+    Window& oldest =
+        *std::min_element(m_windows.begin(), m_windows.end(),
+                          [](const Window& a, const Window& b) { return a.lastUse < b.lastUse; });
+    oldest = Window{start, std::move(bytes), static_cast<size_t>(length), m_uses};
     m_checkedPage = SIZE_MAX;
-    return oldest.bytes.data();
+    return oldest.bytes.get() + (offset - start);
 }
 
 bool PwDbPlwLazyRecords::readPageRecords(size_t page, PwDbPlwPageRecords& records) {
@@ -164,8 +168,7 @@ Plotwright::ErrorStatus PwDbPlwLazyRecords::stored(size_t page, size_t slot,
     return Plotwright::StatusOk;
 }
 
-Plotwright::ErrorStatus PwDbPlwLazyRecords::storedPage(size_t page,
-                                                       std::string_view& pageAndCheck,
+Plotwright::ErrorStatus PwDbPlwLazyRecords::storedPage(size_t page, std::string_view& pageAndCheck,
                                                        std::string_view& run,
                                                        const PwDbPlwPageRecords*& records) {
     // The handles are read again: the description kept for decoding holds none.
@@ -188,8 +191,8 @@ Plotwright::ErrorStatus PwDbPlwLazyRecords::storedPage(size_t page,
     return Plotwright::StatusOk;
 }
 
-Plotwright::ErrorStatus PwDbPlwLazyRecords::decode(PwDbDatabase& database, size_t page,
-                                                   size_t slot, PwDbObject*& object) {
+Plotwright::ErrorStatus PwDbPlwLazyRecords::decode(PwDbDatabase& database, size_t page, size_t slot,
+                                                   PwDbObject*& object) {
     object = nullptr;
     const std::vector<wstring>* chain = nullptr;
     std::string_view tags;
@@ -288,8 +291,8 @@ Plotwright::ErrorStatus PwDbPlwLazyRecords::keepEverything() {
     // the first page.
     const uint64_t first = m_front.pages.front().offset;
     const uint64_t end = m_front.runsOffset + m_front.runsLength;
-    std::string pages;
-    if (!readFromDisk(first, static_cast<size_t>(end - first), pages)) {
+    std::string pages(static_cast<size_t>(end - first), '\0');
+    if (!readFromDisk(first, pages.size(), pages.data())) {
         return Plotwright::StatusBadFileFormat;
     }
     for (PwDbPlwPage& page : m_front.pages) {

@@ -3,13 +3,14 @@
 //
 // The records come from the whole file kept in memory (a small file, read whole anyway), from
 // the file the database holds open, or from the file reopened by its path for each read when
-// the open mode holds nothing. A read from disk takes a window of at least 64 KiB, and the
-// last few windows are kept, so that neighbouring pages and parts of the index cost no further
-// read. A page is checked against its CRC-32 when it is taken from a window newly read, and
-// the file against its identity (device, inode, size, time of last write) as it was when the
-// drawing was read: a file changed, truncated or replaced since gives StatusBadFileFormat for
-// the record asked for, never a wrong object. The index is read a page at a time too, when a
-// handle of that page is first looked up.
+// the open mode holds nothing. A read from disk takes a window of at least 64 KiB (ending at
+// the file's end when it comes near it, where the record index stands), and the last few
+// windows are kept, so that neighbouring pages and parts of the index cost no further read. A page
+// is checked against its CRC-32 when it is taken from a window newly read, and the file against its
+// identity (device, inode, size, time of last write) as it was when the drawing was read: a file
+// changed, truncated or replaced since gives StatusBadFileFormat for the record asked for, never a
+// wrong object. The index is read a page at a time too, when a handle of that page is first looked
+// up.
 #pragma once
 
 #include <array>
@@ -72,7 +73,7 @@ class PwDbPlwLazyRecords final : public PwDbRecordSource {
     /// The bytes of page `page` without its check, read and checked; false when they can't
     /// be had.
     bool pageBytes(size_t page, std::string_view& bytes);
-    bool readFromDisk(uint64_t offset, size_t count, std::string& into);
+    bool readFromDisk(uint64_t offset, size_t count, char* into);
     /// The `count` bytes of the file at `offset`, from a window or read from disk into the
     /// window used longest ago (valid until a window is next read); null when the file can't
     /// give them.
@@ -94,7 +95,9 @@ class PwDbPlwLazyRecords final : public PwDbRecordSource {
     std::vector<uint8_t> m_namesAnswer;
     struct Window {
         uint64_t offset = 0;
-        std::string bytes;
+        // Never initialised before it is read into: a window is written by one read.
+        std::unique_ptr<char[]> bytes;
+        size_t size = 0;
         uint64_t lastUse = 0;
     };
     std::array<Window, 4> m_windows;
