@@ -7,7 +7,7 @@ packages=(
     cmake ninja-build g++ ccache
     libicu-dev libboost-dev zlib1g-dev
     libcli11-dev nlohmann-json3-dev
-    libzip-dev libssl-dev libsqlite3-dev libgraphviz-dev pkg-config
+    libzip-dev libssl-dev libsqlite3-dev libgraphviz-dev pkg-config libisal-dev
 )
 if [ "${1:-}" != "--libraries" ]; then
     # The tests, benchmarks, fuzz targets and the clang build.

@@ -1,23 +1,11 @@
 // The checksum and the text conversions of the native file codec's byte helpers.
 #include "toolkit/file/PwDbPlwBytes.h"
 
+#include <isa-l/crc.h>
 #include <zlib.h>
 
-#include <algorithm>
-#include <limits>
-
 uint32_t pwdbPlwCrc32(std::string_view data) {
-    // zlib takes 32-bit lengths, so a payload past 4 GiB goes in pieces.
-    uLong crc = crc32(0L, Z_NULL, 0);
-    const auto* next = reinterpret_cast<const Bytef*>(data.data());
-    size_t left = data.size();
-    while (left > 0) {
-        const size_t piece = std::min<size_t>(left, std::numeric_limits<uInt>::max());
-        crc = crc32(crc, next, static_cast<uInt>(piece));
-        next += piece;
-        left -= piece;
-    }
-    return static_cast<uint32_t>(crc);
+    return crc32_gzip_refl(0, reinterpret_cast<const unsigned char*>(data.data()), data.size());
 }
 
 uint32_t pwdbPlwCrc32Combine(uint32_t first, uint32_t second, uint64_t secondLength) {
