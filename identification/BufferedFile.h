@@ -9,7 +9,7 @@
 namespace LodeQDBUtil {
 
 struct BufferedFile {
-    static constexpr uint32_t kBufferSize = 8192;
+    static constexpr uint32_t kBufferSize = 4096;
 
     /// The open file; the null file after a failed read or seek.
     HeaderFile file = HeaderFile::nullFile();
@@ -21,7 +21,7 @@ struct BufferedFile {
 };
 
 /// Delivers exactly `count` bytes into `destination`, from the buffer and then from the
-/// file, refilling the buffer 8192 bytes at a time. False when the file ends or fails first
+/// file, refilling the buffer 4096 bytes at a time. False when the file ends or fails first
 /// (what was delivered is then incomplete). A count of 0 is always delivered.
 bool ReadBytes(BufferedFile& file, void* destination, uint32_t count);
 

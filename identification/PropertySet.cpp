@@ -31,7 +31,46 @@ const wstring kPropertyEnd = u"</prop>";
 
 }  // namespace
 
+namespace {
+
+int HexDigit(char16_t unit) {
+    if (unit >= u'0' && unit <= u'9') return unit - u'0';
+    if (unit >= u'A' && unit <= u'F') return unit - u'A' + 10;
+    if (unit >= u'a' && unit <= u'f') return unit - u'a' + 10;
+    return -1;
+}
+
+// The form every writer uses, "{XXXXXXXX-XXXX-XXXX-XXXX-XXXXXXXXXXXX}", read digit by digit:
+// the header reader meets one in every drawing. False for any other spelling.
+bool ParseCanonicalGuid(const wstring& text, Guid& guid) {
+    constexpr size_t kLength = 38;
+    if (text.size() != kLength || text.front() != u'{' || text.back() != u'}' ||
+        text[9] != u'-' || text[14] != u'-' || text[19] != u'-' || text[24] != u'-') {
+        return false;
+    }
+    uint8_t bytes[16] = {};
+    size_t at = 1;
+    for (uint8_t& byte : bytes) {
+        if (text[at] == u'-') ++at;
+        const int high = HexDigit(text[at]);
+        const int low = HexDigit(text[at + 1]);
+        if (high < 0 || low < 0) return false;
+        byte = static_cast<uint8_t>((high << 4) | low);
+        at += 2;
+    }
+    guid.data1 = (uint32_t{bytes[0]} << 24) | (uint32_t{bytes[1]} << 16) |
+                 (uint32_t{bytes[2]} << 8) | bytes[3];
+    guid.data2 = static_cast<uint16_t>((bytes[4] << 8) | bytes[5]);
+    guid.data3 = static_cast<uint16_t>((bytes[6] << 8) | bytes[7]);
+    for (int i = 0; i < 8; ++i) guid.data4[i] = bytes[8 + i];
+    return true;
+}
+
+}  // namespace
+
 bool ParseGuidText(const wstring& text, Guid& guid) {
+    if (ParseCanonicalGuid(text, guid)) return true;
+    // Other spellings are taken as the C library's scanning takes them.
     unsigned int parts[11] = {};
     const int read =
         std::sscanf(Narrow(text).c_str(), "{%08X-%04X-%04X-%02X%02X-%02X%02X%02X%02X%02X%02X}",
