@@ -44,8 +44,8 @@ int HexDigit(char16_t unit) {
 // the header reader meets one in every drawing. False for any other spelling.
 bool ParseCanonicalGuid(const wstring& text, Guid& guid) {
     constexpr size_t kLength = 38;
-    if (text.size() != kLength || text.front() != u'{' || text.back() != u'}' ||
-        text[9] != u'-' || text[14] != u'-' || text[19] != u'-' || text[24] != u'-') {
+    if (text.size() != kLength || text.front() != u'{' || text.back() != u'}' || text[9] != u'-' ||
+        text[14] != u'-' || text[19] != u'-' || text[24] != u'-') {
         return false;
     }
     uint8_t bytes[16] = {};

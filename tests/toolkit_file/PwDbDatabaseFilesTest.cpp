@@ -9,13 +9,13 @@
 #include <random>
 #include <string>
 
-#include "PwDbImageTestSupport.h"
-#include "PwDbSampleDrawing.h"
-#include "support/TempFolderTest.h"
 #include <lodeqdb/toolkit/db/PwDbAuthoring.h>
 #include <lodeqdb/toolkit/db/PwDbLayerTable.h>
 #include <lodeqdb/toolkit/db/PwDbObjectPointer.h>
 #include <lodeqdb/toolkit/db/PwDbProxyObject.h>
+#include "PwDbImageTestSupport.h"
+#include "PwDbSampleDrawing.h"
+#include "support/TempFolderTest.h"
 #include "toolkit/file/PwDbDrawingImage.h"
 #include "toolkit/file/PwDbPlwCodec.h"
 #include "toolkit/file/PwDbPlxCodec.h"
@@ -265,9 +265,9 @@ TEST_F(DrawingFiles, UnknownClassesHoldingHandlesSaveInBothFormats) {
         SCOPED_TRACE(input);
         PwDbDatabase read;
         const bool isExchange = std::string(input).ends_with(".plx");
-        ASSERT_EQ(isExchange ? read.plxIn(Path(input).c_str())
-                             : read.readPlwFile(Path(input).c_str(),
-                                                PwDbDatabase::OpenModeAlternate),
+        ASSERT_EQ(isExchange
+                      ? read.plxIn(Path(input).c_str())
+                      : read.readPlwFile(Path(input).c_str(), PwDbDatabase::OpenModeAlternate),
                   StatusOk);
         ASSERT_EQ(read.saveAs(Path("out.plw").c_str(), false, PwDb::PwDbPlwVersionCurrent),
                   StatusOk);

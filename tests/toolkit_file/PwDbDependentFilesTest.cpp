@@ -3,8 +3,8 @@
 
 #include <gtest/gtest.h>
 
-#include "support/TempFolderTest.h"
 #include <lodeqdb/toolkit/db/PwDbDatabase.h>
+#include "support/TempFolderTest.h"
 
 namespace {
 

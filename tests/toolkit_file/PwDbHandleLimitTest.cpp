@@ -5,9 +5,9 @@
 
 #include <string>
 
-#include "PwDbSampleDrawing.h"
 #include <lodeqdb/toolkit/db/PwDbCurves.h>
 #include <lodeqdb/toolkit/db/PwDbDatabase.h>
+#include "PwDbSampleDrawing.h"
 #include "toolkit/file/PwDbDrawingImage.h"
 #include "toolkit/file/PwDbPlwCodec.h"
 

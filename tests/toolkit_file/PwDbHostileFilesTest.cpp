@@ -10,9 +10,9 @@
 #include <algorithm>
 #include <string>
 
-#include "support/TempFolderTest.h"
 #include <lodeqdb/toolkit/db/PwDbDatabase.h>
 #include <lodeqdb/toolkit/file/PwDbPreview.h>
+#include "support/TempFolderTest.h"
 
 namespace {
 

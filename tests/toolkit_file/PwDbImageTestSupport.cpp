@@ -68,4 +68,34 @@ uint32_t TestCrc(std::string_view data) {
     return ~crc;
 }
 
+void PutLe(std::string& bytes, size_t offset, uint64_t value, size_t size) {
+    for (size_t i = 0; i < size; ++i) bytes.at(offset + i) = static_cast<char>(value >> (8 * i));
+}
+
+std::vector<SectionSpan> Sections(const std::string& bytes) {
+    std::vector<SectionSpan> spans;
+    size_t next = static_cast<size_t>(Le(bytes, 68, 8));
+    while (next <= bytes.size() && bytes.size() - next >= 16) {
+        const uint64_t length = Le(bytes, next + 4, 8);
+        if (length > bytes.size() - next - 16) break;
+        const size_t size = static_cast<size_t>(length);
+        spans.push_back({bytes.substr(next, 4), next, next + 12, size, next + 12 + size});
+        next += 16 + size;
+    }
+    return spans;
+}
+
+void Reseal(std::string& bytes) {
+    const uint64_t sectionsOffset = Le(bytes, 68, 8);
+    if (sectionsOffset >= 128 && sectionsOffset <= bytes.size()) {
+        PutLe(bytes, 76, bytes.size() - sectionsOffset, 8);
+        const std::string appInfo = bytes.substr(128, sectionsOffset - 128);
+        PutLe(bytes, 64, TestCrc(appInfo), 4);
+        for (const SectionSpan& span : Sections(bytes)) {
+            PutLe(bytes, span.crc, TestCrc(bytes.substr(span.payload, span.length)), 4);
+        }
+    }
+    PutLe(bytes, 124, TestCrc(bytes.substr(0, 124)), 4);
+}
+
 }  // namespace pwdbfiletest

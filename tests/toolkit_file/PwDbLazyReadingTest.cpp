@@ -130,6 +130,25 @@ TEST_F(LazyReading, ALineCostsAtMost64Bytes) {
     EXPECT_GT(perLine, 48.0) << "two points take 48 bytes";
 }
 
+// The front (everything a reader takes before the records) doesn't grow with a block's
+// entities: the shape of the model space, a handle per entity, is kept as a run.
+TEST_F(LazyReading, TheFrontStaysSmallHoweverManyEntitiesABlockHolds) {
+    SaveLines("few.plw", 10);
+    SaveLines("many.plw", 20000);
+    const auto frontBytes = [&](const std::string& name) {
+        const std::string bytes = Read(name);
+        return pwdbPlwIndexedFrontExtent(bytes, bytes.size()).end;
+    };
+    const uint64_t few = frontBytes("few.plw");
+    const uint64_t many = frontBytes("many.plw");
+    // The table of pages grows (a few bytes a page of about 4 KiB); nothing else does.
+    EXPECT_LT(many, few + 4096) << few << " then " << many;
+    const PwDbPlwIndexedFront front = Front("many.plw");
+    size_t longest = 0;
+    for (const PwDbPlwShape& shape : front.shapes) longest = std::max(longest, shape.tags.size());
+    EXPECT_GE(longest, 20000u) << "the model space's shape, read back whole";
+}
+
 TEST_F(LazyReading, ReadingDecodesNothingUntilAnObjectIsNeeded) {
     const auto lines = SaveLines("a.plw");
     PwDbDatabase drawing(false, true);

@@ -21,8 +21,8 @@ TEST(PwDbPlwChecksum, IsZlibsCrc32AtEveryLengthAndAlignment) {
     for (char& byte : bytes) byte = static_cast<char>(random());
     EXPECT_EQ(pwdbPlwCrc32(""), 0u);
     EXPECT_EQ(pwdbPlwCrc32("123456789"), 0xCBF43926u) << "the check value of CRC-32";
-    for (size_t length : {1u, 2u, 3u, 7u, 15u, 16u, 17u, 31u, 63u, 64u, 65u, 127u, 128u, 255u,
-                          256u, 1000u, 4096u, 4100u, 65536u, 69999u}) {
+    for (size_t length : {1u,  2u,   3u,   7u,   15u,  16u,   17u,   31u,   63u,    64u,
+                          65u, 127u, 128u, 255u, 256u, 1000u, 4096u, 4100u, 65536u, 69999u}) {
         for (size_t offset : {0u, 1u, 3u, 8u}) {
             const std::string_view piece = std::string_view(bytes).substr(offset, length);
             EXPECT_EQ(pwdbPlwCrc32(piece), ZlibCrc32(piece)) << length << " at " << offset;

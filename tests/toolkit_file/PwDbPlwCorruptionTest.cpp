@@ -15,48 +15,11 @@ namespace {
 
 using Item = PwDbMemoryFiler::Item;
 using pwdbfiletest::Le;
+using pwdbfiletest::PutLe;
+using pwdbfiletest::Reseal;
+using pwdbfiletest::Sections;
+using pwdbfiletest::SectionSpan;
 using pwdbfiletest::TestCrc;
-
-void PutLe(std::string& bytes, size_t offset, uint64_t value, size_t size) {
-    for (size_t i = 0; i < size; ++i) bytes.at(offset + i) = static_cast<char>(value >> (8 * i));
-}
-
-struct SectionSpan {
-    std::string tag;
-    size_t start = 0;
-    size_t payload = 0;
-    size_t length = 0;
-    size_t crc = 0;
-};
-
-// The sections as their lengths lay them out, as far as they are whole.
-std::vector<SectionSpan> Sections(const std::string& bytes) {
-    std::vector<SectionSpan> spans;
-    size_t next = static_cast<size_t>(Le(bytes, 68, 8));
-    while (next <= bytes.size() && bytes.size() - next >= 16) {
-        const uint64_t length = Le(bytes, next + 4, 8);
-        if (length > bytes.size() - next - 16) break;
-        const size_t size = static_cast<size_t>(length);
-        spans.push_back({bytes.substr(next, 4), next, next + 12, size, next + 12 + size});
-        next += 16 + size;
-    }
-    return spans;
-}
-
-// Makes every checksum and the header's length of the rest agree with the bytes again, so
-// that what a test changed is refused for itself and not for a broken sum.
-void Reseal(std::string& bytes) {
-    const uint64_t sectionsOffset = Le(bytes, 68, 8);
-    if (sectionsOffset >= 128 && sectionsOffset <= bytes.size()) {
-        PutLe(bytes, 76, bytes.size() - sectionsOffset, 8);
-        const std::string appInfo = bytes.substr(128, sectionsOffset - 128);
-        PutLe(bytes, 64, TestCrc(appInfo), 4);
-        for (const SectionSpan& span : Sections(bytes)) {
-            PutLe(bytes, span.crc, TestCrc(bytes.substr(span.payload, span.length)), 4);
-        }
-    }
-    PutLe(bytes, 124, TestCrc(bytes.substr(0, 124)), 4);
-}
 
 PwDbDrawingImage SmallImage() {
     PwDbDrawingImage image;

@@ -29,6 +29,9 @@ std::u16string ClassKey(const std::vector<wstring>& chain) {
     return key;
 }
 
+// The most tags all the shapes of a file may hold together, for each byte of the file.
+constexpr uint64_t kShapeTagsPerFileByte = 16;
+
 bool NamesObject(const std::vector<wstring>& chain) {
     return std::find(chain.begin(), chain.end(), u"PwDbObject") != chain.end();
 }
@@ -48,12 +51,45 @@ void WriteClasses(PwDbPlwWriter& out, const std::vector<std::vector<wstring>>& c
     out.varint(shapes.size());
     for (const PwDbPlwShape& shape : shapes) {
         out.varint(shape.classIndex);
-        out.varint(shape.tags.size());
-        out.raw(shape.tags);
+        // The tags in runs of one tag: a block of a million entities has a shape of a million
+        // handles, which takes a few bytes so.
+        std::vector<std::pair<uint8_t, uint64_t>> runs;
+        for (char tag : shape.tags) {
+            if (runs.empty() || runs.back().first != static_cast<uint8_t>(tag)) {
+                runs.emplace_back(static_cast<uint8_t>(tag), 0);
+            }
+            ++runs.back().second;
+        }
+        out.varint(runs.size());
+        for (const auto& [tag, length] : runs) {
+            out.u8(tag);
+            out.varint(length);
+        }
     }
 }
 
-bool ReadClasses(std::string_view payload, PwDbPlwIndexedFront& front) {
+// The tags of a shape, from their runs; false for an unknown tag, a run of none, a run of the
+// tag of the run before, or more tags in all than `mostTags`, which is lowered by those read.
+bool ReadShapeTags(PwDbPlwReader& in, uint64_t& mostTags, std::string& tags) {
+    uint64_t runs = 0;
+    // A run takes a tag byte and a length: 2 bytes at least.
+    if (!in.varint(runs) || runs > in.left() / 2) return false;
+    uint8_t before = 0;
+    for (uint64_t n = 0; n < runs; ++n) {
+        uint8_t tag = 0;
+        uint64_t length = 0;
+        if (!in.u8(tag) || tag < kPwDbPlwTagText || tag > kPwDbPlwTagHandle || tag == before ||
+            !in.varint(length) || length == 0 || length > mostTags) {
+            return false;
+        }
+        mostTags -= length;
+        tags.append(static_cast<size_t>(length), static_cast<char>(tag));
+        before = tag;
+    }
+    return true;
+}
+
+bool ReadClasses(std::string_view payload, uint64_t fileSize, PwDbPlwIndexedFront& front) {
     PwDbPlwReader in(payload);
     uint64_t count = 0;
     // A class takes at least a count of names, a count of units and one unit: 4 bytes.
@@ -71,21 +107,18 @@ bool ReadClasses(std::string_view payload, PwDbPlwIndexedFront& front) {
     }
     if (!in.varint(count) || count > in.left() / 2) return false;
     front.shapes.resize(static_cast<size_t>(count));
+    // Every item of a record takes a byte of the file at least, so that no shape holds more
+    // tags than the file has bytes; all of them together are held to a few times that, for
+    // shapes kept from earlier saves of the drawing whose records have gone.
+    uint64_t mostTags = kShapeTagsPerFileByte * std::max<uint64_t>(fileSize, 1);
     for (PwDbPlwShape& shape : front.shapes) {
         uint64_t classIndex = 0;
-        uint64_t items = 0;
-        std::string_view tags;
-        if (!in.varint(classIndex) || classIndex >= front.classes.size() || !in.varint(items) ||
-            !in.view(items, tags)) {
-            return false;
-        }
-        if (!std::all_of(tags.begin(), tags.end(), [](char tag) {
-                return tag >= kPwDbPlwTagText && tag <= kPwDbPlwTagHandle;
-            })) {
-            return false;
-        }
+        if (!in.varint(classIndex) || classIndex >= front.classes.size()) return false;
+        uint64_t mostHere = std::min(mostTags, fileSize);
+        const uint64_t before = mostHere;
+        if (!ReadShapeTags(in, mostHere, shape.tags)) return false;
+        mostTags -= before - mostHere;
         shape.classIndex = static_cast<uint32_t>(classIndex);
-        shape.tags = tags;
     }
     return in.left() == 0;
 }
@@ -148,9 +181,8 @@ bool pwdbPlwReadPageRecords(const PwDbPlwIndexedFront& front, size_t page, std::
     if (run.size() != described.runLength || !pwdbPlwChecksumHolds(described.runCrc, run)) {
         return false;
     }
-    const PwDbHandle limit = page + 1 < front.pages.size()
-                                 ? front.pages[page + 1].firstHandle
-                                 : std::numeric_limits<PwDbHandle>::max();
+    const PwDbHandle limit = page + 1 < front.pages.size() ? front.pages[page + 1].firstHandle
+                                                           : std::numeric_limits<PwDbHandle>::max();
     PwDbPlwReader in(run);
     records.handles.resize(described.records);
     records.erased.resize(described.records);
@@ -181,13 +213,18 @@ namespace {
 // The sections before the records' pages, in their order; the preview may be missing.
 bool FollowsInFront(uint32_t previous, uint32_t tag) {
     switch (tag) {
-        case kPwDbPlwSettingsTag: return previous == 0;
-        case kPwDbPlwClassesTag: return previous == kPwDbPlwSettingsTag;
-        case kPwDbPlwIndexTag: return previous == kPwDbPlwClassesTag;
-        case kPwDbPlwPreviewTag: return previous == kPwDbPlwIndexTag;
+        case kPwDbPlwSettingsTag:
+            return previous == 0;
+        case kPwDbPlwClassesTag:
+            return previous == kPwDbPlwSettingsTag;
+        case kPwDbPlwIndexTag:
+            return previous == kPwDbPlwClassesTag;
+        case kPwDbPlwPreviewTag:
+            return previous == kPwDbPlwIndexTag;
         case kPwDbPlwObjectsTag:
             return previous == kPwDbPlwIndexTag || previous == kPwDbPlwPreviewTag;
-        default: return false;
+        default:
+            return false;
     }
 }
 
@@ -240,8 +277,8 @@ PwDbPlwFrontExtent pwdbPlwIndexedFrontExtent(std::string_view prefix, uint64_t f
 
 bool pwdbPlwReadIndexedFront(std::string_view front, uint64_t fileSize, PwDbPlwIndexedFront& out) {
     PwDbPlwHeader header;
-    if (!pwdbPlwReadHeader(front, fileSize, header) ||
-        header.revision != kPwDbPlwIndexedRevision || header.sectionsOffset > front.size()) {
+    if (!pwdbPlwReadHeader(front, fileSize, header) || header.revision != kPwDbPlwIndexedRevision ||
+        header.sectionsOffset > front.size()) {
         return false;
     }
     const auto appInfo =
@@ -255,7 +292,7 @@ bool pwdbPlwReadIndexedFront(std::string_view front, uint64_t fileSize, PwDbPlwI
     if (!pwdbPlwReadSoundSection(in, section) || section.tag != kPwDbPlwSettingsTag ||
         !pwdbPlwReadSettings(section.payload, header.version, out.head) ||
         !pwdbPlwReadSoundSection(in, section) || section.tag != kPwDbPlwClassesTag ||
-        !ReadClasses(section.payload, out) || !pwdbPlwReadSoundSection(in, section) ||
+        !ReadClasses(section.payload, fileSize, out) || !pwdbPlwReadSoundSection(in, section) ||
         section.tag != kPwDbPlwIndexTag || !ReadIndex(section.payload, out)) {
         return false;
     }
@@ -323,16 +360,16 @@ ErrorStatus pwdbPlwDecodeIndexed(std::string_view file, PwDbDrawingImage& image)
         !pwdbPlwReadIndexedFront(file.substr(0, extent.end), file.size(), front)) {
         return Plotwright::StatusBadFileFormat;
     }
-    if (!pwdbPlwIndexedRecordsSound(file, extent.end, front)) return Plotwright::StatusBadFileFormat;
+    if (!pwdbPlwIndexedRecordsSound(file, extent.end, front))
+        return Plotwright::StatusBadFileFormat;
     image = std::move(front.head);
     image.objects.resize(static_cast<size_t>(front.records));
     PwDbPlwPageRecords records;
     size_t next = 0;
     for (size_t page = 0; page < front.pages.size(); ++page) {
         const PwDbPlwPage& described = front.pages[page];
-        if (!pwdbPlwReadPageRecords(front, page,
-                                    file.substr(described.runOffset, described.runLength),
-                                    records)) {
+        if (!pwdbPlwReadPageRecords(
+                front, page, file.substr(described.runOffset, described.runLength), records)) {
             return Plotwright::StatusBadFileFormat;
         }
         for (size_t i = 0; i < records.handles.size(); ++i) {
