@@ -187,29 +187,6 @@ Plotwright::ErrorStatus PwDbPlwPackingFiler::writeObjectId(PwDbObjectId id) {
     return Plotwright::StatusOk;
 }
 
-Plotwright::ErrorStatus PwDbPlwPackingFiler::readString(char16_t*& text) {
-    text = nullptr;
-    return Plotwright::StatusFilerError;
-}
-Plotwright::ErrorStatus PwDbPlwPackingFiler::readInt32(int32_t&) {
-    return Plotwright::StatusFilerError;
-}
-Plotwright::ErrorStatus PwDbPlwPackingFiler::readInt64(int64_t&) {
-    return Plotwright::StatusFilerError;
-}
-Plotwright::ErrorStatus PwDbPlwPackingFiler::readDouble(double&) {
-    return Plotwright::StatusFilerError;
-}
-Plotwright::ErrorStatus PwDbPlwPackingFiler::readBool(bool&) {
-    return Plotwright::StatusFilerError;
-}
-Plotwright::ErrorStatus PwDbPlwPackingFiler::readBytes(void*, size_t) {
-    return Plotwright::StatusFilerError;
-}
-Plotwright::ErrorStatus PwDbPlwPackingFiler::readObjectId(PwDbObjectId& id) {
-    id = PwDbObjectId();
-    return Plotwright::StatusFilerError;
-}
 
 // ---- unpacking ----
 
@@ -324,24 +301,3 @@ Plotwright::ErrorStatus PwDbPlwUnpackingFiler::readPackedHandles(size_t count,
     return Plotwright::StatusOk;
 }
 
-Plotwright::ErrorStatus PwDbPlwUnpackingFiler::writeString(const char16_t*) {
-    return Plotwright::StatusFilerError;
-}
-Plotwright::ErrorStatus PwDbPlwUnpackingFiler::writeInt32(int32_t) {
-    return Plotwright::StatusFilerError;
-}
-Plotwright::ErrorStatus PwDbPlwUnpackingFiler::writeInt64(int64_t) {
-    return Plotwright::StatusFilerError;
-}
-Plotwright::ErrorStatus PwDbPlwUnpackingFiler::writeDouble(double) {
-    return Plotwright::StatusFilerError;
-}
-Plotwright::ErrorStatus PwDbPlwUnpackingFiler::writeBool(bool) {
-    return Plotwright::StatusFilerError;
-}
-Plotwright::ErrorStatus PwDbPlwUnpackingFiler::writeBytes(const void*, size_t) {
-    return Plotwright::StatusFilerError;
-}
-Plotwright::ErrorStatus PwDbPlwUnpackingFiler::writeObjectId(PwDbObjectId) {
-    return Plotwright::StatusFilerError;
-}

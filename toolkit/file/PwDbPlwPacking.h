@@ -18,6 +18,7 @@
 #include <vector>
 
 #include <lodeqdb/toolkit/db/PwDbMemoryFiler.h>
+#include "toolkit/file/PwDbOneWayFilers.h"
 
 enum PwDbPlwItemTag : uint8_t {
     kPwDbPlwTagText = 1,
@@ -37,8 +38,8 @@ void pwdbPlwPackItem(const PwDbMemoryFiler::Item& item, std::string& tags, std::
 bool pwdbPlwUnpackItems(std::string_view tags, std::string_view values,
                         std::vector<PwDbMemoryFiler::Item>& items);
 
-/// A filer that packs what an object writes; reading from it fails.
-class PwDbPlwPackingFiler : public PwDbPlwFiler {
+/// A filer that packs what an object writes.
+class PwDbPlwPackingFiler : public PwDbWriteOnlyFiler {
   public:
     explicit PwDbPlwPackingFiler(PwDbDatabase* database) : m_database(database) {}
     /// Empties the tags and values, for the next object.
@@ -46,21 +47,13 @@ class PwDbPlwPackingFiler : public PwDbPlwFiler {
     const std::string& tags() const { return m_tags; }
     const std::string& values() const { return m_values; }
 
-    Plotwright::ErrorStatus readString(char16_t*& text) override;
     Plotwright::ErrorStatus writeString(const char16_t* text) override;
-    Plotwright::ErrorStatus readInt32(int32_t& value) override;
     Plotwright::ErrorStatus writeInt32(int32_t value) override;
-    Plotwright::ErrorStatus readInt64(int64_t& value) override;
     Plotwright::ErrorStatus writeInt64(int64_t value) override;
-    Plotwright::ErrorStatus readDouble(double& value) override;
     Plotwright::ErrorStatus writeDouble(double value) override;
-    Plotwright::ErrorStatus readBool(bool& value) override;
     Plotwright::ErrorStatus writeBool(bool value) override;
-    Plotwright::ErrorStatus readBytes(void* bytes, size_t size) override;
     Plotwright::ErrorStatus writeBytes(const void* bytes, size_t size) override;
-    Plotwright::ErrorStatus readObjectId(PwDbObjectId& id) override;
     Plotwright::ErrorStatus writeObjectId(PwDbObjectId id) override;
-    Plotwright::ErrorStatus filerStatus() const override { return Plotwright::StatusOk; }
     PwDbDatabase* database() const override { return m_database; }
 
     using PwDbPlwFiler::readString;
@@ -76,7 +69,7 @@ class PwDbPlwPackingFiler : public PwDbPlwFiler {
 /// `database`: ids are resolved there (made there when the drawing doesn't hold the handle
 /// yet), or kept as handles by objects that resolve them later. A read whose tag isn't the next
 /// one, or whose value runs short, fails and the filer stays failed.
-class PwDbPlwUnpackingFiler : public PwDbPlwFiler {
+class PwDbPlwUnpackingFiler : public PwDbReadOnlyFiler {
   public:
     PwDbPlwUnpackingFiler(PwDbDatabase* database, std::string_view tags, std::string_view values)
         : m_database(database), m_tags(tags), m_values(values) {}
@@ -84,19 +77,12 @@ class PwDbPlwUnpackingFiler : public PwDbPlwFiler {
     bool atEnd() const { return m_status == Plotwright::StatusOk && m_tags.empty() && m_values.empty(); }
 
     Plotwright::ErrorStatus readString(char16_t*& text) override;
-    Plotwright::ErrorStatus writeString(const char16_t* text) override;
     Plotwright::ErrorStatus readInt32(int32_t& value) override;
-    Plotwright::ErrorStatus writeInt32(int32_t value) override;
     Plotwright::ErrorStatus readInt64(int64_t& value) override;
-    Plotwright::ErrorStatus writeInt64(int64_t value) override;
     Plotwright::ErrorStatus readDouble(double& value) override;
-    Plotwright::ErrorStatus writeDouble(double value) override;
     Plotwright::ErrorStatus readBool(bool& value) override;
-    Plotwright::ErrorStatus writeBool(bool value) override;
     Plotwright::ErrorStatus readBytes(void* bytes, size_t size) override;
-    Plotwright::ErrorStatus writeBytes(const void* bytes, size_t size) override;
     Plotwright::ErrorStatus readObjectId(PwDbObjectId& id) override;
-    Plotwright::ErrorStatus writeObjectId(PwDbObjectId id) override;
     Plotwright::ErrorStatus filerStatus() const override { return m_status; }
     PwDbDatabase* database() const override { return m_database; }
     Plotwright::ErrorStatus readHandle(PwDbHandle& handle) override;

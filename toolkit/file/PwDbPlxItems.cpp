@@ -238,29 +238,6 @@ ErrorStatus PwDbPlxWritingFiler::writeObjectId(PwDbObjectId id) {
     return Plotwright::StatusOk;
 }
 
-ErrorStatus PwDbPlxWritingFiler::readString(char16_t*& text) {
-    text = nullptr;
-    return Plotwright::StatusFilerError;
-}
-ErrorStatus PwDbPlxWritingFiler::readInt32(int32_t&) {
-    return Plotwright::StatusFilerError;
-}
-ErrorStatus PwDbPlxWritingFiler::readInt64(int64_t&) {
-    return Plotwright::StatusFilerError;
-}
-ErrorStatus PwDbPlxWritingFiler::readDouble(double&) {
-    return Plotwright::StatusFilerError;
-}
-ErrorStatus PwDbPlxWritingFiler::readBool(bool&) {
-    return Plotwright::StatusFilerError;
-}
-ErrorStatus PwDbPlxWritingFiler::readBytes(void*, size_t) {
-    return Plotwright::StatusFilerError;
-}
-ErrorStatus PwDbPlxWritingFiler::readObjectId(PwDbObjectId& id) {
-    id = PwDbObjectId();
-    return Plotwright::StatusFilerError;
-}
 
 // ---- the reading filer ----
 
@@ -344,24 +321,3 @@ ErrorStatus PwDbPlxReadingFiler::readObjectId(PwDbObjectId& id) {
     return Plotwright::StatusOk;
 }
 
-ErrorStatus PwDbPlxReadingFiler::writeString(const char16_t*) {
-    return Plotwright::StatusFilerError;
-}
-ErrorStatus PwDbPlxReadingFiler::writeInt32(int32_t) {
-    return Plotwright::StatusFilerError;
-}
-ErrorStatus PwDbPlxReadingFiler::writeInt64(int64_t) {
-    return Plotwright::StatusFilerError;
-}
-ErrorStatus PwDbPlxReadingFiler::writeDouble(double) {
-    return Plotwright::StatusFilerError;
-}
-ErrorStatus PwDbPlxReadingFiler::writeBool(bool) {
-    return Plotwright::StatusFilerError;
-}
-ErrorStatus PwDbPlxReadingFiler::writeBytes(const void*, size_t) {
-    return Plotwright::StatusFilerError;
-}
-ErrorStatus PwDbPlxReadingFiler::writeObjectId(PwDbObjectId) {
-    return Plotwright::StatusFilerError;
-}

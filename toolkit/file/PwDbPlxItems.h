@@ -20,6 +20,7 @@
 #include <string_view>
 
 #include <lodeqdb/toolkit/db/PwDbMemoryFiler.h>
+#include "toolkit/file/PwDbOneWayFilers.h"
 
 /// Appends `item` as one line, its line end included.
 void pwdbPlxAppendItem(std::string& out, const PwDbMemoryFiler::Item& item, int precision);
@@ -64,29 +65,21 @@ class PwDbPlxItemLines {
     uint64_t m_left;
 };
 
-/// A filer that writes each item as a line appended to a text; reading from it fails.
-class PwDbPlxWritingFiler : public PwDbPlwFiler {
+/// A filer that writes each item as a line appended to a text.
+class PwDbPlxWritingFiler : public PwDbWriteOnlyFiler {
   public:
     PwDbPlxWritingFiler(PwDbDatabase* database, std::string& out, int precision)
         : m_database(database), m_out(out), m_precision(precision) {}
     /// The number of items written so far.
     uint64_t count() const { return m_count; }
 
-    Plotwright::ErrorStatus readString(char16_t*& text) override;
     Plotwright::ErrorStatus writeString(const char16_t* text) override;
-    Plotwright::ErrorStatus readInt32(int32_t& value) override;
     Plotwright::ErrorStatus writeInt32(int32_t value) override;
-    Plotwright::ErrorStatus readInt64(int64_t& value) override;
     Plotwright::ErrorStatus writeInt64(int64_t value) override;
-    Plotwright::ErrorStatus readDouble(double& value) override;
     Plotwright::ErrorStatus writeDouble(double value) override;
-    Plotwright::ErrorStatus readBool(bool& value) override;
     Plotwright::ErrorStatus writeBool(bool value) override;
-    Plotwright::ErrorStatus readBytes(void* bytes, size_t size) override;
     Plotwright::ErrorStatus writeBytes(const void* bytes, size_t size) override;
-    Plotwright::ErrorStatus readObjectId(PwDbObjectId& id) override;
     Plotwright::ErrorStatus writeObjectId(PwDbObjectId id) override;
-    Plotwright::ErrorStatus filerStatus() const override { return Plotwright::StatusOk; }
     PwDbDatabase* database() const override { return m_database; }
 
     using PwDbPlwFiler::readString;
@@ -102,25 +95,18 @@ class PwDbPlxWritingFiler : public PwDbPlwFiler {
 /// A filer that reads an object straight from its item lines, ids resolved in `database` (made
 /// there when it doesn't hold the handle yet). A read whose line is of another type, or that
 /// finds no line left, fails, and the filer stays failed.
-class PwDbPlxReadingFiler : public PwDbPlwFiler {
+class PwDbPlxReadingFiler : public PwDbReadOnlyFiler {
   public:
     PwDbPlxReadingFiler(PwDbDatabase* database, PwDbPlxItemLines& lines)
         : m_database(database), m_lines(lines) {}
 
     Plotwright::ErrorStatus readString(char16_t*& text) override;
-    Plotwright::ErrorStatus writeString(const char16_t* text) override;
     Plotwright::ErrorStatus readInt32(int32_t& value) override;
-    Plotwright::ErrorStatus writeInt32(int32_t value) override;
     Plotwright::ErrorStatus readInt64(int64_t& value) override;
-    Plotwright::ErrorStatus writeInt64(int64_t value) override;
     Plotwright::ErrorStatus readDouble(double& value) override;
-    Plotwright::ErrorStatus writeDouble(double value) override;
     Plotwright::ErrorStatus readBool(bool& value) override;
-    Plotwright::ErrorStatus writeBool(bool value) override;
     Plotwright::ErrorStatus readBytes(void* bytes, size_t size) override;
-    Plotwright::ErrorStatus writeBytes(const void* bytes, size_t size) override;
     Plotwright::ErrorStatus readObjectId(PwDbObjectId& id) override;
-    Plotwright::ErrorStatus writeObjectId(PwDbObjectId id) override;
     Plotwright::ErrorStatus filerStatus() const override { return m_status; }
     PwDbDatabase* database() const override { return m_database; }
 
