@@ -21,6 +21,7 @@
 #include "toolkit/db/PwDbStub.h"
 #include "toolkit/file/PwDbPlwCodec.h"
 #include "toolkit/file/PwDbPlwIndexed.h"
+#include "toolkit/pal/PwFileSystemCalls.h"
 
 namespace {
 
@@ -147,6 +148,40 @@ TEST_F(LazyReading, TheFrontStaysSmallHoweverManyEntitiesABlockHolds) {
     size_t longest = 0;
     for (const PwDbPlwShape& shape : front.shapes) longest = std::max(longest, shape.tags.size());
     EXPECT_GE(longest, 20000u) << "the model space's shape, read back whole";
+}
+
+int gOpens = 0;
+
+// A large drawing read in the mode that holds nothing is opened again for every read from
+// disk: its tables (in the first pages) and its index (at the end) take two opens in all, and
+// decoding everything one more.
+TEST_F(LazyReading, TheTablesOfALargeDrawingTakeTwoOpensOfItsFile) {
+    SaveLines("many.plw", 20000);
+    PwFileSystemCalls counting{};
+    counting.open = [](const char* path, int flags, mode_t mode) {
+        ++gOpens;
+        return ::open(path, flags, mode);
+    };
+    pwReplaceFileSystemCallsForTesting(counting);
+    gOpens = 0;
+    PwDbDatabase drawing(false, true);
+    ASSERT_EQ(drawing.readPlwFile(Path("many.plw").c_str(), PwDbDatabase::OpenModeAlternate),
+              StatusOk);
+    {
+        PwDbObjectPointer<PwDbBlockTable> blocks(drawing.blockTableId(), PwDb::OpenForRead);
+        ASSERT_EQ(blocks.openStatus(), StatusOk);
+        PwDbObjectId model;
+        EXPECT_EQ(blocks->getIdAt(u"*Model_Space", model), StatusOk);
+        EXPECT_EQ(model, drawing.modelSpaceId());
+        PwDbObjectPointer<PwDbLayerTable> layers(drawing.layerTableId(), PwDb::OpenForRead);
+        ASSERT_EQ(layers.openStatus(), StatusOk);
+        EXPECT_TRUE(layers->has(u"0"));
+    }
+    EXPECT_LE(gOpens, 2) << "the front with the first pages, then the end of the file";
+    const int beforeClosing = gOpens;
+    ASSERT_EQ(drawing.closeInput(true), StatusOk);
+    EXPECT_LE(gOpens, beforeClosing + 1) << "every page still in the file, in one read";
+    pwReplaceFileSystemCallsForTesting({});
 }
 
 TEST_F(LazyReading, ReadingDecodesNothingUntilAnObjectIsNeeded) {

@@ -81,9 +81,11 @@ const char* PwDbPlwLazyRecords::fileBytes(uint64_t offset, size_t count) {
     const uint64_t start = std::min(offset, size - length);
     auto bytes = std::make_unique_for_overwrite<char[]>(static_cast<size_t>(length));
     if (!readFromDisk(start, static_cast<size_t>(length), bytes.get())) return nullptr;
+    // An empty window first, else the one used longest ago.
     Window& oldest =
-        *std::min_element(m_windows.begin(), m_windows.end(),
-                          [](const Window& a, const Window& b) { return a.lastUse < b.lastUse; });
+        *std::min_element(m_windows.begin(), m_windows.end(), [](const Window& a, const Window& b) {
+            return (a.size != 0) != (b.size != 0) ? a.size == 0 : a.lastUse < b.lastUse;
+        });
     oldest = Window{start, std::move(bytes), static_cast<size_t>(length), m_uses};
     m_checkedPage = SIZE_MAX;
     return oldest.bytes.get() + (offset - start);
