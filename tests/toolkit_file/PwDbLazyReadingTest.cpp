@@ -184,6 +184,38 @@ TEST_F(LazyReading, TheTablesOfALargeDrawingTakeTwoOpensOfItsFile) {
     pwReplaceFileSystemCallsForTesting({});
 }
 
+// Opening a table decodes its records to learn their names; with lines between them, the
+// records of a large layer table stand in many windows, read and given up while the table's
+// own record is still being decoded.
+TEST_F(LazyReading, ATableWhoseRecordsFillManyWindowsReadsWhole) {
+    constexpr int kLayers = 3000;
+    {
+        auto drawing = PwDbAuthoring::createDrawing();
+        for (int i = 0; i < kLayers; ++i) {
+            ASSERT_EQ(PwDbAuthoring::addLayer(
+                          *drawing, u"layer " + LodeUtil::Utf16FromUtf8(std::to_string(i))),
+                      StatusOk);
+            for (int k = 0; k < 20; ++k) {
+                PwDbAuthoring::addLine(*drawing, drawing->modelSpaceId(), {0, 0, 0},
+                                       {double(k), double(i), 0});
+            }
+        }
+        ASSERT_EQ(drawing->saveAs(Path("layers.plw").c_str(), false, PwDb::PwDbPlwVersionCurrent),
+                  StatusOk);
+    }
+    ASSERT_GT(Read("layers.plw").size(), 16u * 64 * 1024) << "many windows' worth";
+    PwDbDatabase drawing(false, true);
+    ASSERT_EQ(drawing.readPlwFile(Path("layers.plw").c_str(), PwDbDatabase::OpenModeAlternate),
+              StatusOk);
+    PwDbObjectPointer<PwDbLayerTable> layers(drawing.layerTableId(), PwDb::OpenForRead);
+    ASSERT_EQ(layers.openStatus(), StatusOk);
+    for (int i : {0, 1, kLayers / 2, kLayers - 1}) {
+        EXPECT_TRUE(layers->has((u"layer " + LodeUtil::Utf16FromUtf8(std::to_string(i))).c_str()))
+            << i;
+    }
+    EXPECT_FALSE(layers->has(u"layer 3000"));
+}
+
 TEST_F(LazyReading, ReadingDecodesNothingUntilAnObjectIsNeeded) {
     const auto lines = SaveLines("a.plw");
     PwDbDatabase drawing(false, true);

@@ -47,9 +47,10 @@ PwDbPlwLazyRecords::PwDbPlwLazyRecords(PwDbPlwIndexedFront&& front, File held, w
       m_identity(identity),
       m_pageChecked(m_front.pages.size(), 0) {
     Window& first = m_windows[0];
-    first.bytes = std::make_unique_for_overwrite<char[]>(firstBytes.size());
-    first.size = firstBytes.size();
-    std::memcpy(first.bytes.get(), firstBytes.data(), firstBytes.size());
+    first.first = std::move(firstBytes);
+    first.bytes = first.first.data();
+    first.size = first.first.size();
+    first.lastUse = ++m_uses;
 }
 
 bool PwDbPlwLazyRecords::readFromDisk(uint64_t offset, size_t count, char* into) {
@@ -70,7 +71,7 @@ const char* PwDbPlwLazyRecords::fileBytes(uint64_t offset, size_t count) {
         if (window.size != 0 && offset >= window.offset && offset - window.offset <= window.size &&
             count <= window.size - (offset - window.offset)) {
             window.lastUse = m_uses;
-            return window.bytes.get() + (offset - window.offset);
+            return window.bytes + (offset - window.offset);
         }
     }
     const auto size = static_cast<uint64_t>(m_identity.size);
@@ -79,16 +80,22 @@ const char* PwDbPlwLazyRecords::fileBytes(uint64_t offset, size_t count) {
     // end, and one window then takes most or all of it, with the last pages.
     const uint64_t length = std::min(size, std::max<uint64_t>(count, kWindowBytes));
     const uint64_t start = std::min(offset, size - length);
-    auto bytes = std::make_unique_for_overwrite<char[]>(static_cast<size_t>(length));
-    if (!readFromDisk(start, static_cast<size_t>(length), bytes.get())) return nullptr;
+    auto read = std::make_unique_for_overwrite<char[]>(static_cast<size_t>(length));
+    if (!readFromDisk(start, static_cast<size_t>(length), read.get())) return nullptr;
     // An empty window first, else the one used longest ago.
     Window& oldest =
         *std::min_element(m_windows.begin(), m_windows.end(), [](const Window& a, const Window& b) {
             return (a.size != 0) != (b.size != 0) ? a.size == 0 : a.lastUse < b.lastUse;
         });
-    oldest = Window{start, std::move(bytes), static_cast<size_t>(length), m_uses};
+    if (m_decoding > 0 && oldest.size != 0) m_retired.push_back(std::move(oldest));
+    oldest = Window{};
+    oldest.offset = start;
+    oldest.read = std::move(read);
+    oldest.bytes = oldest.read.get();
+    oldest.size = static_cast<size_t>(length);
+    oldest.lastUse = m_uses;
     m_checkedPage = SIZE_MAX;
-    return oldest.bytes.get() + (offset - start);
+    return oldest.bytes + (offset - start);
 }
 
 bool PwDbPlwLazyRecords::readPageRecords(size_t page, PwDbPlwPageRecords& records) {
@@ -200,13 +207,15 @@ Plotwright::ErrorStatus PwDbPlwLazyRecords::decode(PwDbDatabase& database, size_
     std::string_view tags;
     std::string_view values;
     if (auto status = stored(page, slot, chain, tags, values)) return status;
-    // A record read from disk is decoded from a copy: decoding may read other records, and
-    // their windows may take the place of this one's.
-    std::string copied;
-    if (!m_inMemory) {
-        copied.assign(values);
-        values = copied;
-    }
+    // The record is read where it stands: windows given up meanwhile wait for the end of
+    // the outermost decode.
+    ++m_decoding;
+    struct Finish {
+        PwDbPlwLazyRecords& records;
+        ~Finish() {
+            if (--records.m_decoding == 0) records.m_retired.clear();
+        }
+    } finish{*this};
     const uint32_t classIndex = m_front.shapes[m_described[page]->places[slot].shape].classIndex;
     std::unique_ptr<PwDbObject> made;
     if (!m_classResolved[classIndex]) {
@@ -305,7 +314,10 @@ Plotwright::ErrorStatus PwDbPlwLazyRecords::keepEverything() {
     m_whole = std::move(pages);
     m_inMemory = true;
     m_held = File();
-    m_windows = {};
+    for (Window& window : m_windows) {
+        if (m_decoding > 0 && window.size != 0) m_retired.push_back(std::move(window));
+        window = Window{};
+    }
     m_checkedPage = SIZE_MAX;
     std::fill(m_pageChecked.begin(), m_pageChecked.end(), 0);
     return Plotwright::StatusOk;

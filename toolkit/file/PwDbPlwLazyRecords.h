@@ -95,12 +95,19 @@ class PwDbPlwLazyRecords final : public PwDbRecordSource {
     std::vector<uint8_t> m_namesAnswer;
     struct Window {
         uint64_t offset = 0;
-        // Never initialised before it is read into: a window is written by one read.
-        std::unique_ptr<char[]> bytes;
+        // A window read from disk is never initialised before the read; the first one is the
+        // bytes the reading of the drawing took.
+        std::unique_ptr<char[]> read;
+        std::string first;
+        const char* bytes = nullptr;
         size_t size = 0;
         uint64_t lastUse = 0;
     };
     std::array<Window, 4> m_windows;
+    /// Windows given up while a record is being decoded, kept until the outermost decode ends:
+    /// a decode reads its record where it stands, and may decode others meanwhile.
+    std::vector<Window> m_retired;
+    int m_decoding = 0;
     uint64_t m_uses = 0;
     /// The page last checked since a window was last read: taken again without a check.
     size_t m_checkedPage = SIZE_MAX;
