@@ -23,3 +23,17 @@ PwDbObject* pwdbMakeObjectForChain(const std::vector<wstring>& chain, PwRxClass*
 /// The class chain a record of `object` names: its class and bases, most derived first,
 /// ending with "PwDbObject"; for a proxy, the chain of the class it stands for.
 std::vector<wstring> pwdbClassChainOf(const PwDbObject& object);
+
+/// What a reader of a file learns of one class chain the file's records name: the class this
+/// process has for it, and whether its records become proxies. Nothing is known until the
+/// first record of the chain is made.
+struct PwDbChainClass {
+    PwRxClass* cls = nullptr;
+    bool known = false;
+    bool proxies = false;
+};
+
+/// A new object, in no database, for a record whose class chain is `chain`, as
+/// pwdbMakeObjectForChain makes it; the first call for a chain looks its class up (under the
+/// class registry's lock) and fills `learnt`, later ones make the object without a look-up.
+PwDbObject* pwdbMakeObjectLearning(const std::vector<wstring>& chain, PwDbChainClass& learnt);

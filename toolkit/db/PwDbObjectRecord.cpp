@@ -49,6 +49,19 @@ PwDbObject* pwdbMakeObjectForChain(const std::vector<wstring>& chain, PwRxClass*
     return proxy;
 }
 
+PwDbObject* pwdbMakeObjectLearning(const std::vector<wstring>& chain, PwDbChainClass& learnt) {
+    if (!learnt.known) {
+        learnt.cls = pwdbClassForChain(chain);
+        PwDbObject* made = pwdbMakeObjectForChain(chain, learnt.cls);
+        learnt.proxies =
+            PwDbProxyObject::cast(made) != nullptr || PwDbProxyEntity::cast(made) != nullptr;
+        learnt.known = true;
+        return made;
+    }
+    if (!learnt.proxies) return PwDbObject::cast(learnt.cls->create());
+    return pwdbMakeObjectForChain(chain, learnt.cls);
+}
+
 Plotwright::ErrorStatus pwdbRecordObject(const PwDbObject& object, PwDbObjectRecord& record) {
     PwDbMemoryFiler filer(object.database());
     if (auto status = object.plwOutFields(&filer)) return status;

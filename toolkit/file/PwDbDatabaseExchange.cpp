@@ -23,28 +23,11 @@ bool IsProxy(const PwDbObject& object) {
     return PwDbProxyObject::cast(&object) != nullptr || PwDbProxyEntity::cast(&object) != nullptr;
 }
 
-// What the reader knows of one class chain of the text: its names, the class this process has
-// for it, and whether its records become proxies (learnt from the first).
+// One class chain of the text: its names, and what was learnt of its class.
 struct ChainClass {
     std::vector<wstring> names;
-    PwRxClass* cls = nullptr;
-    bool proxy = false;
+    PwDbChainClass learnt;
 };
-
-// The object a record of `chain` is read into; `first` when the chain was just met.
-std::unique_ptr<PwDbObject> MakeFor(ChainClass& chain, bool first) {
-    std::unique_ptr<PwDbObject> made;
-    if (first) {
-        chain.cls = pwdbClassForChain(chain.names);
-        made.reset(pwdbMakeObjectForChain(chain.names, chain.cls));
-        chain.proxy = made != nullptr && IsProxy(*made);
-    } else if (!chain.proxy) {
-        made.reset(PwDbObject::cast(chain.cls->create()));
-    } else {
-        made.reset(pwdbMakeObjectForChain(chain.names, chain.cls));
-    }
-    return made;
-}
 
 // Reads one object's fields from its lines. A proxy keeps the items its class's bases don't
 // read, which only a memory filer can hand over.
@@ -82,10 +65,10 @@ ErrorStatus PwDbDatabase::readExchange(std::string_view text, const char16_t* pa
                           chain.names.end())) {
             return Plotwright::StatusBadFileFormat;
         }
-        std::unique_ptr<PwDbObject> made = MakeFor(chain, first);
+        std::unique_ptr<PwDbObject> made(pwdbMakeObjectLearning(chain.names, chain.learnt));
         PwDbPlxItemLines lines = reader.items(line);
         // Items left over mean the record and the class disagree on the layout.
-        if (made == nullptr || !ReadFields(*made, chain.proxy, scratch, lines) ||
+        if (made == nullptr || !ReadFields(*made, chain.learnt.proxies, scratch, lines) ||
             !reader.readObjectEnd(lines) ||
             scratch.addPwDbObjectWithHandle(made.get(), line.handle) != StatusOk) {
             return Plotwright::StatusBadFileFormat;

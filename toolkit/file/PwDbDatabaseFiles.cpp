@@ -2,6 +2,8 @@
 // formats.
 #include <algorithm>
 #include <limits>
+#include <map>
+#include <memory>
 #include <string>
 #include <unordered_map>
 
@@ -10,6 +12,7 @@
 #include <lodeqdb/toolkit/db/PwDbDictionary.h>
 #include <lodeqdb/toolkit/db/PwDbHostApplicationServices.h>
 #include <lodeqdb/toolkit/db/PwDbLayerTable.h>
+#include <lodeqdb/toolkit/db/PwDbMemoryFiler.h>
 #include <lodeqdb/toolkit/db/PwDbProxyObject.h>
 #include "toolkit/db/PwDbObjectMaking.h"
 #include "toolkit/db/PwDbStub.h"
@@ -139,9 +142,9 @@ class IndexedSaver {
         bool erased = false;
         if (stub.pending) {
             // Never decoded, so never changed: its stored bytes are written again as they are.
-            if (auto status = m_source->stored(stub.filePage,
-                                               static_cast<size_t>(&stub - page->stubs.get()),
-                                               storedChain, tags, values)) {
+            if (auto status =
+                    m_source->stored(stub.filePage, static_cast<size_t>(&stub - page->stubs.get()),
+                                     storedChain, tags, values)) {
                 return status;
             }
             classKey = storedChain;
@@ -251,11 +254,24 @@ ErrorStatus PwDbDatabase::encodeIndexed(int32_t version, std::string& bytes) con
 
 ErrorStatus PwDbDatabase::loadImage(const PwDbDrawingImage& image) {
     PwDbDatabase scratch{EmptyTag{}};
+    // Each chain's class is looked up once, however many records name it.
+    std::map<std::vector<wstring>, PwDbChainClass> chains;
     for (const PwDbObjectRecord& record : image.objects) {
-        PwDbObject* object = nullptr;
-        if (pwdbObjectFromRecord(record, &scratch, object) != StatusOk) {
+        const auto [entry, first] = chains.try_emplace(record.classChain);
+        if (first && std::find(record.classChain.begin(), record.classChain.end(), u"PwDbObject") ==
+                         record.classChain.end()) {
             return Plotwright::StatusBadFileFormat;
         }
+        std::unique_ptr<PwDbObject> made(pwdbMakeObjectLearning(record.classChain, entry->second));
+        PwDbMemoryFiler filer(&scratch);
+        for (const PwDbMemoryFiler::Item& item : record.data) filer.append(item);
+        // Items left over mean the record and the class disagree on the layout.
+        if (made == nullptr || made->plwInFields(&filer) != StatusOk || filer.remaining() != 0 ||
+            scratch.addPwDbObjectWithHandle(made.get(), record.handle) != StatusOk) {
+            return Plotwright::StatusBadFileFormat;
+        }
+        PwDbObject* object = made.release();
+        if (record.erased) object->erase();
         object->close();
     }
     return takeLoaded(scratch, image);
@@ -296,8 +312,7 @@ ErrorStatus PwDbDatabase::readImage(const PwDbDrawingImage& image, const char16_
     return StatusOk;
 }
 
-void PwDbDatabase::noteRead(const PwDbDrawingImage& head, const char16_t* path,
-                            int32_t version) {
+void PwDbDatabase::noteRead(const PwDbDrawingImage& head, const char16_t* path, int32_t version) {
     m_originalVersion = static_cast<PwDb::PwDbPlwVersion>(version);
     m_lastSavedVersion = PwDb::PwDbPlwVersionNone;
     setFilename(path);
@@ -329,9 +344,8 @@ ErrorStatus PwDbDatabase::readPlwFile(const char16_t* path, OpenMode mode,
     const FileIO::FileShareMode share =
         mode == OpenModeExclusive ? FileIO::kShareExclusive : FileIO::kShareRead;
     const bool holds = mode == OpenModeShareRead || mode == OpenModeExclusive;
-    FileIO::File file =
-        FileIO::File::openFile(path, FileIO::kWideChars, FileIO::kOpenForRead, share,
-                               FileIO::kOpenExisting);
+    FileIO::File file = FileIO::File::openFile(path, FileIO::kWideChars, FileIO::kOpenForRead,
+                                               share, FileIO::kOpenExisting);
     if (file.openStatus() != StatusOk) return file.openStatus();
     FileIO::File::Identity identity;
     if (!file.identity(identity)) return Plotwright::StatusFileIOError;

@@ -15,11 +15,6 @@ namespace FileIO = Morvane::Plotwright::PAL::FileIO;
 
 namespace {
 
-// What is known of a class of the file: nothing yet, that this process makes its objects, or
-// that its records become proxies.
-constexpr uint8_t kOwnClass = 1;
-constexpr uint8_t kProxyClass = 2;
-
 // The least a read from disk takes: a few pages, or the index of a few thousand records.
 constexpr uint64_t kWindowBytes = 64 * 1024;
 
@@ -29,8 +24,7 @@ PwDbPlwLazyRecords::PwDbPlwLazyRecords(PwDbPlwIndexedFront&& front, std::string&
                                        wstring path)
     : m_front(std::move(front)),
       m_described(m_front.pages.size()),
-      m_classes(m_front.classes.size(), nullptr),
-      m_classResolved(m_front.classes.size(), 0),
+      m_classes(m_front.classes.size()),
       m_path(std::move(path)),
       m_whole(std::move(wholeFile)),
       m_inMemory(true),
@@ -40,8 +34,7 @@ PwDbPlwLazyRecords::PwDbPlwLazyRecords(PwDbPlwIndexedFront&& front, File held, w
                                        File::Identity identity, std::string&& firstBytes)
     : m_front(std::move(front)),
       m_described(m_front.pages.size()),
-      m_classes(m_front.classes.size(), nullptr),
-      m_classResolved(m_front.classes.size(), 0),
+      m_classes(m_front.classes.size()),
       m_path(std::move(path)),
       m_held(held),
       m_identity(identity),
@@ -217,22 +210,10 @@ Plotwright::ErrorStatus PwDbPlwLazyRecords::decode(PwDbDatabase& database, size_
         }
     } finish{*this};
     const uint32_t classIndex = m_front.shapes[m_described[page]->places[slot].shape].classIndex;
-    std::unique_ptr<PwDbObject> made;
-    if (!m_classResolved[classIndex]) {
-        // The class is looked up by name once per class of the file, and whether its
-        // records become proxies is learnt from the first.
-        m_classes[classIndex] = pwdbClassForChain(*chain);
-        made.reset(pwdbMakeObjectForChain(*chain, m_classes[classIndex]));
-        const bool proxy = PwDbProxyObject::cast(made.get()) != nullptr ||
-                           PwDbProxyEntity::cast(made.get()) != nullptr;
-        m_classResolved[classIndex] = proxy ? kProxyClass : kOwnClass;
-    } else if (m_classResolved[classIndex] == kOwnClass) {
-        made.reset(PwDbObject::cast(m_classes[classIndex]->create()));
-    } else {
-        made.reset(pwdbMakeObjectForChain(*chain, m_classes[classIndex]));
-    }
+    PwDbChainClass& learnt = m_classes[classIndex];
+    std::unique_ptr<PwDbObject> made(pwdbMakeObjectLearning(*chain, learnt));
     if (made == nullptr) return Plotwright::StatusBadFileFormat;
-    if (m_classResolved[classIndex] == kProxyClass) {
+    if (learnt.proxies) {
         // A proxy keeps the items its class's bases don't read, which only a memory filer
         // can hand over.
         std::vector<PwDbMemoryFiler::Item> items;

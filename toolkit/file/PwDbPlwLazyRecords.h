@@ -20,6 +20,7 @@
 #include <vector>
 
 #include <lodeqdb/toolkit/pal/PwFileIO.h>
+#include "toolkit/db/PwDbObjectMaking.h"
 #include "toolkit/db/PwDbStub.h"
 #include "toolkit/file/PwDbPlwIndexed.h"
 
@@ -83,8 +84,7 @@ class PwDbPlwLazyRecords final : public PwDbRecordSource {
 
     PwDbPlwIndexedFront m_front;
     std::vector<std::unique_ptr<PwDbPlwPageRecords>> m_described;
-    std::vector<PwRxClass*> m_classes;
-    std::vector<uint8_t> m_classResolved;
+    std::vector<PwDbChainClass> m_classes;
     wstring m_path;
     std::string m_whole;
     bool m_inMemory = false;
