@@ -6,8 +6,11 @@
 #include <vector>
 
 #include <lodeqdb/lodeutil/WideString.h>
+#include <lodeqdb/toolkit/pal/PwErrorStatus.h>
 
+class PwDbDatabase;
 class PwDbObject;
+struct PwDbObjectRecord;
 class PwRxClass;
 
 /// The class this process has for a record whose class chain is `chain` (its first, most
@@ -37,3 +40,9 @@ struct PwDbChainClass {
 /// pwdbMakeObjectForChain makes it; the first call for a chain looks its class up (under the
 /// class registry's lock) and fills `learnt`, later ones make the object without a look-up.
 PwDbObject* pwdbMakeObjectLearning(const std::vector<wstring>& chain, PwDbChainClass& learnt);
+
+/// pwdbObjectFromRecord, the class of the record's chain learnt in `learnt` as
+/// pwdbMakeObjectLearning learns it: for a reader of many records of few classes.
+Plotwright::ErrorStatus pwdbObjectFromRecordLearning(const PwDbObjectRecord& record,
+                                                     PwDbDatabase* database, PwDbChainClass& learnt,
+                                                     PwDbObject*& object);

@@ -72,15 +72,16 @@ Plotwright::ErrorStatus pwdbRecordObject(const PwDbObject& object, PwDbObjectRec
     return Plotwright::StatusOk;
 }
 
-Plotwright::ErrorStatus pwdbObjectFromRecord(const PwDbObjectRecord& record, PwDbDatabase* database,
-                                             PwDbObject*& object) {
+Plotwright::ErrorStatus pwdbObjectFromRecordLearning(const PwDbObjectRecord& record,
+                                                     PwDbDatabase* database, PwDbChainClass& learnt,
+                                                     PwDbObject*& object) {
     object = nullptr;
     if (database == nullptr) return Plotwright::StatusNullDatabase;
     if (record.classChain.empty() || !Names(record.classChain, u"PwDbObject")) {
         return Plotwright::StatusFilerError;
     }
-    std::unique_ptr<PwDbObject> made(
-        pwdbMakeObjectForChain(record.classChain, pwdbClassForChain(record.classChain)));
+    std::unique_ptr<PwDbObject> made(pwdbMakeObjectLearning(record.classChain, learnt));
+    if (made == nullptr) return Plotwright::StatusFilerError;
     PwDbMemoryFiler filer(database);
     for (const PwDbMemoryFiler::Item& item : record.data) filer.append(item);
     if (auto status = made->plwInFields(&filer)) return status;
@@ -90,4 +91,10 @@ Plotwright::ErrorStatus pwdbObjectFromRecord(const PwDbObjectRecord& record, PwD
     object = made.release();
     if (record.erased) object->erase();
     return Plotwright::StatusOk;
+}
+
+Plotwright::ErrorStatus pwdbObjectFromRecord(const PwDbObjectRecord& record, PwDbDatabase* database,
+                                             PwDbObject*& object) {
+    PwDbChainClass learnt;
+    return pwdbObjectFromRecordLearning(record, database, learnt, object);
 }

@@ -12,7 +12,6 @@
 #include <lodeqdb/toolkit/db/PwDbDictionary.h>
 #include <lodeqdb/toolkit/db/PwDbHostApplicationServices.h>
 #include <lodeqdb/toolkit/db/PwDbLayerTable.h>
-#include <lodeqdb/toolkit/db/PwDbMemoryFiler.h>
 #include <lodeqdb/toolkit/db/PwDbProxyObject.h>
 #include "toolkit/db/PwDbObjectMaking.h"
 #include "toolkit/db/PwDbStub.h"
@@ -257,21 +256,11 @@ ErrorStatus PwDbDatabase::loadImage(const PwDbDrawingImage& image) {
     // Each chain's class is looked up once, however many records name it.
     std::map<std::vector<wstring>, PwDbChainClass> chains;
     for (const PwDbObjectRecord& record : image.objects) {
-        const auto [entry, first] = chains.try_emplace(record.classChain);
-        if (first && std::find(record.classChain.begin(), record.classChain.end(), u"PwDbObject") ==
-                         record.classChain.end()) {
+        PwDbObject* object = nullptr;
+        if (pwdbObjectFromRecordLearning(record, &scratch, chains[record.classChain], object) !=
+            StatusOk) {
             return Plotwright::StatusBadFileFormat;
         }
-        std::unique_ptr<PwDbObject> made(pwdbMakeObjectLearning(record.classChain, entry->second));
-        PwDbMemoryFiler filer(&scratch);
-        for (const PwDbMemoryFiler::Item& item : record.data) filer.append(item);
-        // Items left over mean the record and the class disagree on the layout.
-        if (made == nullptr || made->plwInFields(&filer) != StatusOk || filer.remaining() != 0 ||
-            scratch.addPwDbObjectWithHandle(made.get(), record.handle) != StatusOk) {
-            return Plotwright::StatusBadFileFormat;
-        }
-        PwDbObject* object = made.release();
-        if (record.erased) object->erase();
         object->close();
     }
     return takeLoaded(scratch, image);
