@@ -101,6 +101,15 @@ class LazyReading : public lodeqdbtest::TempFolderTest {
         }
     }
 
+    // A save of a drawing some of whose records can't be had fails, and the file it would
+    // have replaced keeps its bytes: a save can't copy what it can't read.
+    void ExpectASaveFailsAndKeepsItsTarget(PwDbDatabase& drawing) {
+        Write("target.plw", "old bytes");
+        EXPECT_EQ(drawing.saveAs(Path("target.plw").c_str(), false, PwDb::PwDbPlwVersionCurrent),
+                  Plotwright::StatusBadFileFormat);
+        EXPECT_EQ(Read("target.plw"), "old bytes");
+    }
+
     void Overwrite(const std::string& name, uint64_t offset, const std::string& bytes) {
         const int fd = open((folder + "/" + name).c_str(), O_WRONLY);
         ASSERT_GE(fd, 0);
@@ -291,11 +300,7 @@ TEST_F(LazyReading, ADamagedRecordIsFoundWhenItIsNeeded) {
     EXPECT_EQ(OpenLine(drawing, damaged), Plotwright::StatusBadFileFormat);
     EXPECT_EQ(OpenLine(drawing, damaged), Plotwright::StatusBadFileFormat) << "asked again";
     EXPECT_EQ(OpenLine(drawing, lines.back()), StatusOk);
-    // A save can't copy what it can't read: it fails and the file it would replace stays.
-    Write("target.plw", "old bytes");
-    EXPECT_EQ(drawing.saveAs(Path("target.plw").c_str(), false, PwDb::PwDbPlwVersionCurrent),
-              Plotwright::StatusBadFileFormat);
-    EXPECT_EQ(Read("target.plw"), "old bytes");
+    ExpectASaveFailsAndKeepsItsTarget(drawing);
     // Letting the file go decodes the rest; the damaged record is lost and the call says so.
     EXPECT_EQ(drawing.closeInput(true), Plotwright::StatusBadFileFormat);
     EXPECT_FALSE(drawing.getPwDbObjectId(damaged).isValid());
@@ -318,10 +323,7 @@ TEST_F(LazyReading, ADamagedPartOfTheIndexIsFoundWhenItIsNeeded) {
     EXPECT_EQ(OpenLine(drawing, lines[0]), StatusOk);
     EXPECT_EQ(OpenLine(drawing, page.firstHandle), Plotwright::StatusBadFileFormat);
     EXPECT_EQ(OpenLine(drawing, lines.back()), StatusOk);
-    Write("target.plw", "old bytes");
-    EXPECT_EQ(drawing.saveAs(Path("target.plw").c_str(), false, PwDb::PwDbPlwVersionCurrent),
-              Plotwright::StatusBadFileFormat);
-    EXPECT_EQ(Read("target.plw"), "old bytes");
+    ExpectASaveFailsAndKeepsItsTarget(drawing);
     EXPECT_EQ(drawing.closeInput(true), Plotwright::StatusBadFileFormat);
 }
 

@@ -157,19 +157,15 @@ std::string pwdbPlxQuotedChain(const std::vector<wstring>& chain) {
 bool pwdbPlxReadChain(std::string_view quotedChain, std::vector<wstring>& chain) {
     chain.clear();
     if (quotedChain.empty()) return true;
-    // The names follow the state word on their line; a cursor over a word and the names reads
-    // them with the line's own rule of one space between tokens.
+    // Each name stands after a space; past the first space, the line's own rule of one space
+    // between tokens reads them.
     if (quotedChain.front() != ' ') return false;
-    std::string line = "-";
-    line += quotedChain;
-    PwDbPlxLine cursor(line);
-    std::string_view word;
-    if (!cursor.readWord(word)) return false;
-    while (!cursor.atEnd()) {
+    PwDbPlxLine cursor(quotedChain.substr(1));
+    do {
         wstring name;
         if (!cursor.readQuoted(name)) return false;
         chain.push_back(std::move(name));
-    }
+    } while (!cursor.atEnd());
     return true;
 }
 
